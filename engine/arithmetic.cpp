@@ -1,0 +1,174 @@
+#include "engine/arithmetic.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "engine/characters.h"
+#include "engine/functions.h"
+
+namespace morandel {
+namespace {
+
+constexpr double range_bound = 1.7e+308;
+constexpr double division_guard = 1e-14;
+constexpr double tangent_guard = 1e-05;
+constexpr double radians_per_degree = 0.017453292519943295;
+constexpr double pi = 3.141592653589793;
+constexpr double half_pi = 1.5707963267948966;
+
+double degrees(double radians) {
+    return radians * 180.0 / pi;
+}
+
+bool has_fraction(double value) {
+    double whole = 0.0;
+    return std::modf(value, &whole) != 0.0;
+}
+
+Error apply_numeric(char code, double& x) {
+    const double radians = x * radians_per_degree;
+    switch (code) {
+        case '-': x = -x; break;
+        case 's': x = std::sin(radians); break;
+        case 'c': x = std::cos(radians); break;
+        case 't':
+            if (std::abs(std::cos(radians)) < tangent_guard) return Error::illegal_tangent;
+            x = std::tan(radians);
+            break;
+        case 'e':
+            if (std::abs(std::sin(radians)) < tangent_guard) return Error::illegal_cotangent;
+            x = 1.0 / std::tan(radians);
+            break;
+        case 'q':
+            if (x < 0.0) return Error::negative_root;
+            x = std::sqrt(x);
+            break;
+        case 'x':
+        case 'y':
+            if (x > 1.0 || x < -1.0) return Error::arc_out_of_range;
+            x = degrees(code == 'x' ? std::asin(x) : std::acos(x));
+            break;
+        case 'z': x = degrees(std::atan(x)); break;
+        case 'w': x = degrees(half_pi - std::atan(x)); break;
+        case 'm':
+        case 'n':
+            if (x <= 0.0) return Error::not_positive;
+            x = code == 'm' ? std::log(x) : std::log10(x);
+            break;
+        case 'j': x = x == 0.0 ? 1.0 : 0.0; break;
+        case 'o':
+        case 'p':
+            if (x > range_bound) return Error::out_of_range;
+            x = code == 'o' ? integer_part(x) : decimal_part(x);
+            break;
+        default: break;
+    }
+    return Error::none;
+}
+
+}  // namespace
+
+Error apply_unary(char code, Value& value) {
+    if (code == 'L') {
+        value.number = static_cast<double>(value.text.size());
+    } else if (code != '-') {
+        const Function* row = function_of_code(code);
+        if (row == nullptr || row->carrier != Carrier::numeric) return Error::none;
+    }
+    value.set_type(code == 'o' ? type_integer : type_number, code == 'o' ? 0 : 1);
+    return apply_numeric(code, value.number);
+}
+
+bool in_range(double number) {
+    return !(number > range_bound || number < -range_bound);
+}
+
+Error apply_operator(char code, Value& left, double right) {
+    if (code == '^' && right == 0.0) {
+        left.number = 1.0;  // Deliberate: the type of the left side stays, a text too.
+        return Error::none;
+    }
+    left.set_type(type_number, 1);
+    switch (code) {
+        case '+': left.number += right; break;
+        case '-': left.number -= right; break;
+        case '*': left.number *= right; break;
+        case '/':
+            if (right > -division_guard && right < division_guard) return Error::division_by_zero;
+            left.number /= right;
+            if (left.number > range_bound) return Error::out_of_range;
+            break;
+        case '^': left.number = std::pow(left.number, right); break;
+        case '!': {
+            const double value = left.number;
+            left.number = factorial(value);
+            if (has_fraction(value)) return Error::factorial_of_fraction;
+            if (value < 0.0) return Error::factorial_of_negative;
+            break;
+        }
+        default: break;
+    }
+    return Error::none;
+}
+
+double factorial(double value) {
+    // Deliberate: 0! is 0, and what is negative stays as it is.
+    double product = value;
+    for (double factor = value - 1.0; factor > 0.0 && !std::isinf(product); factor -= 1.0) {
+        product *= factor;
+    }
+    return product;
+}
+
+double modulo(double value, double divisor) {
+    constexpr double countable = 0x1p53;
+    const double dividend = std::abs(value);
+    const double step = std::abs(divisor);
+    const double quotient = dividend / step;
+    if (quotient <= countable) {
+        // Rounded multiples do not fall, so only the counts next to the quotient can meet it.
+        const double nearest = std::floor(quotient);
+        for (double count = nearest - 2.0; count <= nearest + 2.0; count += 1.0) {
+            if (count >= 1.0 && step * count == dividend) return 0.0;
+        }
+    }
+    return std::fmod(value, divisor);
+}
+
+Error apply_modulo(Value& value, double divisor) {
+    if (divisor == 0.0) return Error::modulo_by_zero;
+    value.number = modulo(value.number, divisor);
+    value.set_type(type_number, 1);
+    return Error::none;
+}
+
+void apply_case(Value& value, double mode, TextArena& arena) {
+    char* changed = arena.allocate(value.text.size());
+    std::ranges::transform(value.text, changed, mode == 0.0 ? to_lower : to_upper);
+    value.text = {changed, value.text.size()};
+    value.set_type(type_text, 2);
+}
+
+void apply_relation(char code, Value& left, const Value& right) {
+    const double a = left.number;
+    const double b = right.number;
+    bool holds = false;
+    switch (code) {
+        case code_like: holds = left.text.find(right.text) != std::string_view::npos; break;
+        case code_equal: holds = left.text == right.text; break;
+        case code_and: holds = a != 0.0 && b != 0.0; break;
+        case code_or: holds = a != 0.0 || b != 0.0; break;
+        case code_ge: holds = !(a < b); break;
+        case code_le: holds = !(b < a); break;
+        case code_ne: holds = a != b; break;
+        // Deliberate: by the difference, so two equal infinities are not "=".
+        case '>': holds = a - b > 0.0; break;
+        case '<': holds = a - b < 0.0; break;
+        case '=': holds = a - b == 0.0; break;
+        default: return;
+    }
+    left.number = holds ? 1.0 : 0.0;
+    left.set_type(type_number, 1);
+}
+
+}  // namespace morandel

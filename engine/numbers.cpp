@@ -1,0 +1,114 @@
+#include "engine/numbers.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+namespace morandel {
+namespace {
+
+constexpr std::string_view white_space = " \t\n\v\f\r";
+
+bool is_digit(char c, std::chars_format format) {
+    const bool letter = (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    return (c >= '0' && c <= '9') || (letter && format == std::chars_format::hex);
+}
+
+// The value of a numeral that from_chars found out of range: infinity or zero, told by the
+// place of its first digit that counts together with its exponent.
+double beyond_range(std::string_view numeral, std::chars_format format) {
+    const int places_per_digit = format == std::chars_format::hex ? 4 : 1;
+    long long magnitude = 0;  // of the first non-zero digit, in powers of the exponent's base
+    bool found = false;
+    bool after_point = false;
+    std::size_t i = 0;
+    for (; i < numeral.size() && (numeral[i] == '.' || is_digit(numeral[i], format)); ++i) {
+        if (numeral[i] == '.') {
+            after_point = true;
+            continue;
+        }
+        if (!found && after_point) magnitude -= places_per_digit;
+        if (found && !after_point) magnitude += places_per_digit;
+        found = found || numeral[i] != '0';
+    }
+    if (i < numeral.size()) {
+        std::string_view exponent = numeral.substr(i + 1);
+        if (exponent.starts_with('+')) exponent.remove_prefix(1);
+        long long power = 0;
+        const auto read =
+            std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
+        if (read.ec == std::errc::result_out_of_range) power = exponent[0] == '-' ? -1'000'000'000 : 1'000'000'000;
+        magnitude += power;
+    }
+    return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+double read_unsigned(std::string_view text, std::chars_format format) {
+    double value = 0.0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), value, format);
+    if (read.ec != std::errc::result_out_of_range) return value;
+    return beyond_range({text.data(), read.ptr}, format);
+}
+
+}  // namespace
+
+double text_to_number(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(white_space);
+    if (start == std::string_view::npos) return 0.0;
+    text.remove_prefix(start);
+
+    const bool negative = text.front() == '-';
+    if (negative || text.front() == '+') text.remove_prefix(1);
+    // from_chars would take a second sign.
+    if (text.empty() || text.front() == '-') return 0.0;
+
+    double value = 0.0;
+    if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
+        (is_digit(text[2], std::chars_format::hex) || text[2] == '.')) {
+        value = read_unsigned(text.substr(2), std::chars_format::hex);
+    } else {
+        value = read_unsigned(text, std::chars_format::general);
+    }
+    return negative ? -value : value;
+}
+
+double digits_to_number(std::string_view digits) {
+    return read_unsigned(digits, std::chars_format::fixed);
+}
+
+std::string_view format_fixed(double value, int decimals, NumberBuffer& buffer) {
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                       std::chars_format::fixed, decimals);
+    return {buffer.data(), written.ptr};
+}
+
+std::string_view format_mantissa(double value, NumberBuffer& buffer) {
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                       std::chars_format::scientific, 14);
+    const std::string_view text{buffer.data(), written.ptr};
+    return text.substr(0, text.find('e'));
+}
+
+double through_decimals(double value) {
+    // From here on a double's neighbours are further apart than what 20 decimals can lose.
+    constexpr double kept_by_20_decimals = 0x1p-13;
+    if (!(std::abs(value) < kept_by_20_decimals) || value == 0.0) return value;
+    NumberBuffer buffer;
+    std::string_view text = format_fixed(value, 20, buffer);
+    const bool negative = text.front() == '-';
+    if (negative) text.remove_prefix(1);
+    const double read = digits_to_number(text);
+    return negative ? -read : read;
+}
+
+int to_int(double value) {
+    if (std::isnan(value)) return 0;
+    constexpr double lowest = std::numeric_limits<int>::min();
+    constexpr double highest = std::numeric_limits<int>::max();
+    if (value <= lowest) return std::numeric_limits<int>::min();
+    if (value >= highest) return std::numeric_limits<int>::max();
+    return static_cast<int>(value);
+}
+
+}  // namespace morandel

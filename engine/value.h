@@ -1,0 +1,27 @@
+// What the levels hand to each other.
+
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace morandel {
+
+// Result types, as GetResultType reports them and as variables are expected.
+enum ResultType : int { type_integer = 0, type_number = 1, type_text = 2 };
+
+// The four outputs of a level. The text lies in the formula, in a parameter or in the
+// evaluator's text arena, and lives until the next evaluation.
+struct Value {
+    double number = 0.0;
+    std::string_view text;
+    std::int8_t type = type_integer;
+    std::int8_t float_word = 0;  // 1 after a floating step, 0 after an integer one, 2 after a text
+
+    void set_type(int result_type, int word) {
+        type = static_cast<std::int8_t>(result_type);
+        float_word = static_cast<std::int8_t>(word);
+    }
+};
+
+}  // namespace morandel

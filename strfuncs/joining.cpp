@@ -1,0 +1,134 @@
+// String functions that make a text of others.
+
+#include <algorithm>
+
+#include "strfuncs/occurrences.h"
+#include "strfuncs/routines.h"
+
+namespace morandel {
+namespace {
+
+// A text under construction, in room of exactly its size.
+class Writer {
+  public:
+    explicit Writer(char* room) : m_next(room) {}
+    void append(std::string_view text) {
+        if (!text.empty()) std::memcpy(m_next, text.data(), text.size());
+        m_next += text.size();
+    }
+
+  private:
+    char* m_next;
+};
+
+// The text with every occurrence of old in it, from the left and not overlapping, replaced. old
+// may be empty, and is then nowhere.
+Error replace_all(Call& call, std::string_view head, std::string_view text, std::string_view tail,
+                  std::string_view old, std::string_view replacement) {
+    const std::size_t count = count_occurrences(old, text);
+    const std::size_t kept = head.size() + text.size() + tail.size() - count * old.size();
+    if (kept > longest_text ||
+        (count > 0 && replacement.size() > (longest_text - kept) / count)) {
+        return Error::longer_than_target;
+    }
+    const std::size_t size = kept + count * replacement.size();
+    char* room = call.arena.allocate(size);
+    Writer writer(room);
+    writer.append(head);
+    for (std::size_t left_over = count; left_over > 0; --left_over) {
+        const std::size_t at = text.find(old);
+        writer.append(text.substr(0, at));
+        writer.append(replacement);
+        text.remove_prefix(at + old.size());
+    }
+    writer.append(text);
+    writer.append(tail);
+    return call.give_text({room, size});
+}
+
+}  // namespace
+
+// strcat(text, text, ...)
+Error strcat(Call& call) {
+    if (call.texts.empty()) return Error::too_few_texts;
+    // Deliberate: a call finds its further texts by its first one, in a table whose only entry
+    // ever filled a nested strcat has overwritten. The empty entries after it lead to index 0.
+    const std::string_view first = call.value.text;
+    const StringArgument& entry = call.string_argument;
+    if (first != entry.text && !first.empty()) return Error::none;
+    const std::size_t index = first == entry.text ? entry.index : 0;
+    if (index >= call.texts.size()) return Error::value_incorrect;
+
+    std::size_t size = first.size();
+    for (std::size_t i = index; i < call.texts.size(); ++i) size += call.texts[i].size();
+    if (size > longest_text) return Error::longer_than_target;
+    char* room = call.arena.allocate(size);
+    Writer writer(room);
+    writer.append(first);
+    for (std::size_t i = index; i < call.texts.size(); ++i) writer.append(call.texts[i]);
+
+    // Deliberate: only every second of the joined texts goes.
+    call.texts.remove_every_second(index);
+    return call.give_text({room, size});
+}
+
+// strreplace(new, old, text[, start, mode])
+Error strreplace(Call& call) {
+    if (call.texts.empty()) return Error::none;
+    if (call.texts.size() < 2) return Error::too_few_texts;
+    const std::string_view replacement = call.value.text;
+    const std::string_view old = call.texts.from_top(1);
+    const std::string_view text = call.last_text();
+    const int start = to_int(call.number_or(2, 1.0));
+    const bool first_only = to_int(call.number_or(3, 1.0)) == 0;
+    if (start < 1) return Error::not_positive;
+
+    const auto offset = static_cast<std::size_t>(start) - 1;
+    Error error = Error::none;
+    // Deliberate: a match that ends on the last byte of the range may be out of reach.
+    if (old.empty() || text.size() <= offset || text.size() < offset + 1 + old.size()) {
+        error = text.size() > longest_text ? Error::longer_than_target : call.give_copy(text);
+    } else {
+        std::string_view part = text.substr(offset);
+        std::string_view rest;
+        if (const std::size_t at = part.find(old); first_only && at != std::string_view::npos) {
+            rest = part.substr(at + old.size());
+            part = part.substr(0, at + old.size());
+        }
+        error = replace_all(call, text.substr(0, offset), part, rest, old, replacement);
+    }
+    if (error == Error::none) call.consume(2, 2);
+    return error;
+}
+
+// strdelete(piece, text)
+Error strdelete(Call& call) {
+    if (call.texts.empty()) return Error::none;
+    const Error error = replace_all(call, {}, call.last_text(), {}, call.value.text, {});
+    if (error == Error::none) call.consume(1, 0);
+    return error;
+}
+
+// strinsert(text, piece, offset)
+Error strinsert(Call& call) {
+    if (call.numbers.empty()) return Error::none;
+    if (!(call.numbers.from_top(0) >= 0.0)) return Error::too_few_texts;
+    if (call.texts.empty()) return Error::too_few_texts;
+    const std::string_view text = call.value.text;
+    const std::string_view piece = call.last_text();
+    if (text.size() > longest_text || piece.size() > longest_text - text.size()) {
+        return Error::longer_than_target;
+    }
+    const int wanted = std::max(to_int(call.extra.values[1]), 0);
+    const std::size_t offset = std::min(static_cast<std::size_t>(wanted), text.size());
+    const std::size_t size = text.size() + piece.size();
+    char* room = call.arena.allocate(size);
+    Writer writer(room);
+    writer.append(text.substr(0, offset));
+    writer.append(piece);
+    writer.append(text.substr(offset));
+    call.consume(1, 1);
+    return call.give_text({room, size});
+}
+
+}  // namespace morandel

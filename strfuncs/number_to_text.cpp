@@ -1,0 +1,73 @@
+#include "strfuncs/number_to_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+
+#include "engine/numbers.h"
+
+namespace morandel {
+namespace {
+
+constexpr int all_decimals = -1;
+constexpr int most_decimals = 15;
+constexpr std::size_t significant_digits = 15;
+
+// The decimals of a non-negative number whose integer part was written with so many digits, each
+// of them a significant digit.
+class FractionDigits {
+  public:
+    FractionDigits(double x, std::string_view whole) {
+        const bool below_one = x > 0.0 && x < 1.0;
+        // Between 0 and 1, adding 1 keeps the zeros after the point.
+        const std::size_t skipped = below_one ? 1 : whole == "0" ? 0 : whole.size();
+        if (skipped >= significant_digits) return;
+        NumberBuffer buffer;
+        const std::string_view mantissa =
+            format_mantissa((below_one ? x + 1.0 : x) * 1e14, buffer);
+        m_digits[0] = mantissa[0];
+        std::ranges::copy(mantissa.substr(2), m_digits.begin() + 1);
+        m_text = std::string_view(m_digits.data(), significant_digits).substr(skipped);
+    }
+
+    // The first so many, without the zeros at their end.
+    [[nodiscard]] std::string_view cut_off(std::size_t places) const {
+        const std::string_view kept = m_text.substr(0, places);
+        return kept.substr(0, kept.find_last_not_of('0') + 1);
+    }
+
+  private:
+    std::array<char, significant_digits> m_digits{};
+    std::string_view m_text;
+};
+
+}  // namespace
+
+Error number_to_text(double x, int decimals, std::string& text) {
+    text.clear();
+    if (decimals < all_decimals) return Error::not_positive;
+    if (decimals > most_decimals) return Error::too_many_decimals;
+    if (!std::isfinite(x)) {
+        text = std::isnan(x) ? "nan" : x < 0.0 ? "-inf" : "inf";
+        return Error::none;
+    }
+
+    const double magnitude = std::abs(x);
+    NumberBuffer buffer;
+    const std::string_view whole = format_fixed(std::trunc(magnitude), 0, buffer);
+    const FractionDigits digits(magnitude, whole);
+    const bool all = decimals == all_decimals;
+    const std::string_view fraction =
+        digits.cut_off(static_cast<std::size_t>(all ? most_decimals : decimals));
+    const bool reads_as_zero = whole == "0" && fraction.empty();
+    if (x < 0.0 && !reads_as_zero) text += '-';
+    text += whole;
+    if (!fraction.empty()) {
+        text += '.';
+        text += fraction;
+    }
+    return Error::none;
+}
+
+}  // namespace morandel

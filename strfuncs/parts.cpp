@@ -1,0 +1,135 @@
+// String functions that give a part of a text.
+
+#include <algorithm>
+#include <cstdint>
+
+#include "strfuncs/double_byte.h"
+#include "strfuncs/routines.h"
+
+namespace morandel {
+namespace {
+
+// From a start counted from 1, forward or, mirrored, from the end of the text.
+Error part_of(std::string_view& text, std::int64_t start, std::int64_t length, bool from_end) {
+    constexpr std::int64_t rest = -1;
+    if (start < 1) return Error::value_incorrect;
+    if (length < 0 && length != rest) return Error::negative_length;
+
+    const auto size = static_cast<std::int64_t>(text.size());
+    const std::int64_t most = std::max<std::int64_t>(size - start + 1, 0);
+    const std::int64_t count = length == rest ? most : std::min(length, most);
+    if (count == 0) {
+        text = {};
+        return Error::none;
+    }
+    const std::int64_t offset = from_end ? size - (start - 1) - count : start - 1;
+    text = text.substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(count));
+    return Error::none;
+}
+
+bool is_white_space(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// The first n bytes of a text, or the last ones.
+Error end_of(Call& call, bool last) {
+    // Deliberate: two pending numbers are required though the function takes one.
+    if (call.numbers.size() < 2) return Error::value_missing;
+    const int count = to_int(call.extra.values[0]);
+    if (count < 1) return Error::not_positive;
+    std::string_view text = call.value.text;
+    const auto length = static_cast<std::size_t>(count);
+    if (text.size() > length) {
+        text = last ? text.substr(text.size() - length) : text.substr(0, length);
+    }
+    call.consume(0, 1);
+    return call.give_text(text);
+}
+
+}  // namespace
+
+// strsub(text, start, length[, direction])
+Error strsub(Call& call) {
+    const auto& numbers = call.numbers;
+    if (numbers.empty()) return Error::none;
+    if (numbers.size() < 2) return Error::value_missing;
+    // Deliberate: any third number that is pending, also another call's, makes the last one the
+    // direction.
+    const bool directed = numbers.size() > 2;
+    const std::size_t below = directed ? 1 : 0;
+    const bool from_end = directed && to_int(numbers.from_top(0)) == 0;
+    const int start = to_int(numbers.from_top(below + 1));
+    const int length = to_int(numbers.from_top(below));
+
+    std::string_view text = call.value.text;
+    const Error error = part_of(text, start, length, from_end);
+    if (error != Error::none) return error;
+    call.consume(0, 3);
+    return call.give_text(text);
+}
+
+// strtrim(piece, text[, side])
+Error strtrim(Call& call) {
+    if (call.texts.empty()) return Error::too_few_texts;
+    const std::string_view piece = call.value.text;
+    std::string_view text = call.last_text();
+    const bool at_start = call.numbers.empty() || to_int(call.numbers.from_top(0)) != 0;
+    if (!piece.empty()) {
+        if (at_start && text.starts_with(piece)) {
+            text.remove_prefix(piece.size());
+        } else if (!at_start && text.ends_with(piece)) {
+            text.remove_suffix(piece.size());
+        }
+    }
+    const Error error = call.give_copy(text);
+    call.consume(1, 1);
+    return error;
+}
+
+// strtrims(text)
+Error strtrims(Call& call) {
+    const std::string_view text = call.value.text;
+    std::size_t begin = text.size();
+    std::size_t end = text.size();
+    for (std::size_t i = 0; i < text.size(); i += character_size(text, i)) {
+        if (is_white_space(text[i])) continue;
+        if (begin == text.size()) begin = i;
+        end = i + character_size(text, i);
+    }
+    return call.give_text(text.substr(begin, end - begin));
+}
+
+// strsubn(text, separator, n)
+Error strsubn(Call& call) {
+    if (call.numbers.empty()) return Error::none;
+    const double place = call.extra.values[1];
+    if (call.texts.empty() || !(place >= 1.0)) return Error::value_missing;
+    const std::string_view separator = call.last_text();
+    std::string_view rest = call.value.text;
+    std::string_view piece;
+    if (!separator.empty()) {
+        for (int left_over = to_int(place); left_over > 0; --left_over) {
+            const std::size_t found = rest.find(separator);
+            piece = rest.substr(0, found);
+            if (found == std::string_view::npos) {
+                if (left_over > 1) piece = {};
+                break;
+            }
+            rest.remove_prefix(found + separator.size());
+        }
+    }
+    call.consume(1, 1);
+    return call.give_text(piece);
+}
+
+// left(text, n)
+Error left(Call& call) {
+    return end_of(call, false);
+}
+
+// right(text, n)
+Error right(Call& call) {
+    return end_of(call, true);
+}
+
+}  // namespace morandel

@@ -1,0 +1,33 @@
+// The routines behind the string functions, in the order of the function table.
+
+#pragma once
+
+#include "strfuncs/call.h"
+
+namespace morandel {
+
+// parts.cpp: parts of a text
+Error strsub(Call& call);
+Error strtrim(Call& call);
+Error strtrims(Call& call);
+Error strsubn(Call& call);
+Error left(Call& call);
+Error right(Call& call);
+
+// joining.cpp: texts made of others
+Error strcat(Call& call);
+Error strreplace(Call& call);
+Error strdelete(Call& call);
+Error strinsert(Call& call);
+
+// searching.cpp: positions and counts
+Error strmismatch(Call& call);
+Error strfind(Call& call);
+Error strfindn(Call& call);
+
+// choosing.cpp: numbers and texts into each other, and the choice
+Error r2s(Call& call);
+Error s2r(Call& call);
+Error choose(Call& call);
+
+}  // namespace morandel

@@ -1,0 +1,111 @@
+// String functions that give a position or a count.
+
+#include <algorithm>
+
+#include "engine/characters.h"
+#include "strfuncs/double_byte.h"
+#include "strfuncs/occurrences.h"
+#include "strfuncs/routines.h"
+
+namespace morandel {
+namespace {
+
+// Reads a text byte by byte with its single-byte letters in upper case.
+class UpperCaseReader {
+  public:
+    explicit UpperCaseReader(std::string_view text) : m_text(text) {}
+    char read() {
+        if (m_next == m_character_end) {
+            const std::size_t size = character_size(m_text, m_next);
+            m_character_end += size;
+            if (size == 1) return to_upper(m_text[m_next++]);
+        }
+        return m_text[m_next++];
+    }
+
+  private:
+    std::string_view m_text;
+    std::size_t m_next = 0;
+    std::size_t m_character_end = 0;
+};
+
+std::size_t common_beginning(std::string_view a, std::string_view b, bool mind_case) {
+    const std::size_t most = std::min(a.size(), b.size());
+    std::size_t length = 0;
+    if (mind_case) {
+        while (length < most && a[length] == b[length]) ++length;
+    } else {
+        UpperCaseReader upper_a(a);
+        UpperCaseReader upper_b(b);
+        while (length < most && upper_a.read() == upper_b.read()) ++length;
+    }
+    return length;
+}
+
+// Whether a start counted from 1 lies outside of a text.
+bool outside(std::string_view text, double start) {
+    return start - 1.0 < 0.0 || static_cast<double>(text.size()) - start + 1.0 < 1.0;
+}
+
+bool beyond(std::string_view text, double start) {
+    return static_cast<double>(to_int(start)) - 1.0 > static_cast<double>(text.size());
+}
+
+std::string_view from(std::string_view text, double start) {
+    const int offset = std::max(to_int(start), 1) - 1;
+    return text.substr(std::min(static_cast<std::size_t>(offset), text.size()));
+}
+
+}  // namespace
+
+// strmismatch(text, other[, start, other start, mode])
+Error strmismatch(Call& call) {
+    if (call.texts.empty()) return Error::too_few_texts;
+    // Deliberate: without the start, none of the three counts; with it, the other start must be
+    // given too.
+    const bool given = call.given(1);
+    const double start = given ? call.extra.values[1] : 1.0;
+    const double other_start = given ? call.extra.values[2] : 1.0;
+    const double mode = given ? call.extra.values[3] : 1.0;
+    const std::string_view text = call.value.text;
+    const std::string_view other = call.last_text();
+
+    if (beyond(text, start) || beyond(other, other_start)) {
+        call.consume(1, 0);
+        return Error::beyond_text;
+    }
+    if (outside(text, start) || outside(other, other_start)) return Error::value_incorrect;
+
+    double length = call.value.number;
+    if (const bool mind_case = mode == 0.0;
+        mind_case || mode == 1.0 || mode == ExtraArguments::not_given) {
+        length = static_cast<double>(
+            common_beginning(from(text, start), from(other, other_start), mind_case));
+    }
+    call.consume(1, 3);
+    return call.give_number(length, type_integer);
+}
+
+// strfind(piece, text[, start])
+Error strfind(Call& call) {
+    if (call.texts.empty()) return Error::too_few_texts;
+    const std::string_view piece = call.value.text;
+    const std::string_view text = call.last_text();
+    const int start = to_int(call.number_or(1, 1.0));
+    if (start < 1) return Error::not_positive;
+    std::size_t at = std::string_view::npos;
+    if (!piece.empty()) at = text.find(piece, static_cast<std::size_t>(start) - 1);
+    const double position = at == std::string_view::npos ? -1.0 : static_cast<double>(at) + 1.0;
+    call.consume(1, 1);
+    return call.give_number(position, type_integer);
+}
+
+// strfindn(piece, text)
+Error strfindn(Call& call) {
+    if (call.texts.empty()) return Error::value_missing;
+    const double count = static_cast<double>(count_occurrences(call.value.text, call.last_text()));
+    call.consume(1, 1);
+    return call.give_number(count, type_number);
+}
+
+}  // namespace morandel
