@@ -55,9 +55,7 @@ class ArgumentStack {
     }
 
   private:
-    auto slot(std::size_t index) {
-        return m_slots.begin() + static_cast<std::ptrdiff_t>(index);
-    }
+    auto slot(std::size_t index) { return m_slots.begin() + static_cast<std::ptrdiff_t>(index); }
 
     std::vector<Element> m_slots;
     std::size_t m_begin = 0;

@@ -28,9 +28,15 @@ bool has_fraction(double value) {
 Error apply_numeric(char code, double& x) {
     const double radians = x * radians_per_degree;
     switch (code) {
-        case '-': x = -x; break;
-        case 's': x = std::sin(radians); break;
-        case 'c': x = std::cos(radians); break;
+        case '-':
+            x = -x;
+            break;
+        case 's':
+            x = std::sin(radians);
+            break;
+        case 'c':
+            x = std::cos(radians);
+            break;
         case 't':
             if (std::abs(std::cos(radians)) < tangent_guard) return Error::illegal_tangent;
             x = std::tan(radians);
@@ -48,20 +54,27 @@ Error apply_numeric(char code, double& x) {
             if (x > 1.0 || x < -1.0) return Error::arc_out_of_range;
             x = degrees(code == 'x' ? std::asin(x) : std::acos(x));
             break;
-        case 'z': x = degrees(std::atan(x)); break;
-        case 'w': x = degrees(half_pi - std::atan(x)); break;
+        case 'z':
+            x = degrees(std::atan(x));
+            break;
+        case 'w':
+            x = degrees(half_pi - std::atan(x));
+            break;
         case 'm':
         case 'n':
             if (x <= 0.0) return Error::not_positive;
             x = code == 'm' ? std::log(x) : std::log10(x);
             break;
-        case 'j': x = x == 0.0 ? 1.0 : 0.0; break;
+        case 'j':
+            x = x == 0.0 ? 1.0 : 0.0;
+            break;
         case 'o':
         case 'p':
             if (x > range_bound) return Error::out_of_range;
             x = code == 'o' ? integer_part(x) : decimal_part(x);
             break;
-        default: break;
+        default:
+            break;
     }
     return Error::none;
 }
@@ -90,15 +103,23 @@ Error apply_operator(char code, Value& left, double right) {
     }
     left.set_type(type_number, 1);
     switch (code) {
-        case '+': left.number += right; break;
-        case '-': left.number -= right; break;
-        case '*': left.number *= right; break;
+        case '+':
+            left.number += right;
+            break;
+        case '-':
+            left.number -= right;
+            break;
+        case '*':
+            left.number *= right;
+            break;
         case '/':
             if (right > -division_guard && right < division_guard) return Error::division_by_zero;
             left.number /= right;
             if (left.number > range_bound) return Error::out_of_range;
             break;
-        case '^': left.number = std::pow(left.number, right); break;
+        case '^':
+            left.number = std::pow(left.number, right);
+            break;
         case '!': {
             const double value = left.number;
             left.number = factorial(value);
@@ -106,7 +127,8 @@ Error apply_operator(char code, Value& left, double right) {
             if (value < 0.0) return Error::factorial_of_negative;
             break;
         }
-        default: break;
+        default:
+            break;
     }
     return Error::none;
 }
@@ -154,18 +176,39 @@ void apply_relation(char code, Value& left, const Value& right) {
     const double b = right.number;
     bool holds = false;
     switch (code) {
-        case code_like: holds = left.text.find(right.text) != std::string_view::npos; break;
-        case code_equal: holds = left.text == right.text; break;
-        case code_and: holds = a != 0.0 && b != 0.0; break;
-        case code_or: holds = a != 0.0 || b != 0.0; break;
-        case code_ge: holds = !(a < b); break;
-        case code_le: holds = !(b < a); break;
-        case code_ne: holds = a != b; break;
+        case code_like:
+            holds = left.text.find(right.text) != std::string_view::npos;
+            break;
+        case code_equal:
+            holds = left.text == right.text;
+            break;
+        case code_and:
+            holds = a != 0.0 && b != 0.0;
+            break;
+        case code_or:
+            holds = a != 0.0 || b != 0.0;
+            break;
+        case code_ge:
+            holds = !(a < b);
+            break;
+        case code_le:
+            holds = !(b < a);
+            break;
+        case code_ne:
+            holds = a != b;
+            break;
         // Deliberate: by the difference, so two equal infinities are not "=".
-        case '>': holds = a - b > 0.0; break;
-        case '<': holds = a - b < 0.0; break;
-        case '=': holds = a - b == 0.0; break;
-        default: return;
+        case '>':
+            holds = a - b > 0.0;
+            break;
+        case '<':
+            holds = a - b < 0.0;
+            break;
+        case '=':
+            holds = a - b == 0.0;
+            break;
+        default:
+            return;
     }
     left.number = holds ? 1.0 : 0.0;
     left.set_type(type_number, 1);

@@ -34,7 +34,7 @@ void apply_relation(char code, Value& left, const Value& right);
 
 double factorial(double value);
 double modulo(double value, double divisor);
-double integer_part(double value);   // of the value rounded to six decimals
-double decimal_part(double value);   // of the value rounded to fifteen decimals, without its sign
+double integer_part(double value);  // of the value rounded to six decimals
+double decimal_part(double value);  // of the value rounded to fifteen decimals, without its sign
 
 }  // namespace morandel

@@ -9,12 +9,12 @@
 namespace morandel {
 
 enum CharacterClass : std::uint8_t {
-    blank = 1,            // skipped between tokens; nothing but the space
+    blank = 1,  // skipped between tokens; nothing but the space
     digit = 2,
-    single = 4,           // a token by itself
+    single = 4,  // a token by itself
     name_start = 8,
-    delimiter = 16,       // ends a name, unless it is the second byte of a character
-    lead = 32,            // first byte of a double-byte character
+    delimiter = 16,  // ends a name, unless it is the second byte of a character
+    lead = 32,       // first byte of a double-byte character
 };
 
 constexpr std::array<std::uint8_t, 256> make_character_table() {

@@ -98,14 +98,20 @@ void CExpress::rewind() {
 void CExpress::get_token() {
     m_Token = m_Prog;
     switch (m_Token->token_class) {
-        case TokenClass::end: m_TokenType = morandel::NONE; return;
-        case TokenClass::delimiter: m_TokenType = morandel::DELIMITER; break;
+        case TokenClass::end:
+            m_TokenType = morandel::NONE;
+            return;
+        case TokenClass::delimiter:
+            m_TokenType = morandel::DELIMITER;
+            break;
         case TokenClass::number:
             m_TokenType = morandel::CONSTANT;
             m_IsNumber = true;
             break;
         case TokenClass::literal:
-        case TokenClass::constant: m_TokenType = morandel::CONSTANT; break;
+        case TokenClass::constant:
+            m_TokenType = morandel::CONSTANT;
+            break;
         case TokenClass::name:
             m_TokenType = isConstVariable(*m_Token) ? morandel::CONSTANT : morandel::VARIABLE;
             break;

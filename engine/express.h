@@ -176,7 +176,7 @@ class MORANDEL_EXPORT CExpress {
     int m_VariableType = 0;  // of the variable handled last
 
     morandel::StringArgument m_StringArgument;
-    morandel::ArgumentStack<std::string> m_TempStr;       // texts of further arguments
+    morandel::ArgumentStack<std::string> m_TempStr;          // texts of further arguments
     std::vector<morandel::ExtraArguments> m_ExtraArguments;  // one for each call under way
     morandel::TextArena m_Texts;
 

@@ -87,7 +87,8 @@ constexpr std::array<Word, word_count> make_words() {
 
 constexpr std::array<Word, word_count> words = make_words();
 
-static_assert(std::ranges::all_of(words, [](const Word& w) { return w.name.size() <= longest_name; }));
+static_assert(std::ranges::all_of(words,
+                                  [](const Word& w) { return w.name.size() <= longest_name; }));
 
 constexpr std::size_t hash_step(std::size_t hash, char lower) {
     return hash * 31 + static_cast<unsigned char>(lower);

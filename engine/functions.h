@@ -22,9 +22,10 @@ struct Function {
     std::string_view name;
     char code;  // what the function is called after tokenizing
     Carrier carrier;
-    std::string_view kinds;  // of the arguments: n number, t text; those behind '[' may be left out,
-                             // '*' repeats the last
-    int first_type;          // type that a variable as first argument is expected to have
+    std::string_view
+        kinds;       // of the arguments: n number, t text; those behind '[' may be left out,
+                     // '*' repeats the last
+    int first_type;  // type that a variable as first argument is expected to have
     std::string_view further_types;  // as 2nd, 3rd ... argument, the last digit for all that
                                      // follow; empty: the type of the variable before it
     std::string_view arguments;
@@ -51,8 +52,8 @@ enum WordCode : char { code_like = 1, code_equal, code_and, code_or, code_ge, co
 struct Word {
     std::string_view name;         // lower case
     std::string_view replacement;  // what the token's text becomes
-    char code;    // of a function or an operator, 0 for a constant
-    char prefix;  // the function that this word acts as where an operand is due, 0 for none
+    char code;                     // of a function or an operator, 0 for a constant
+    char prefix;    // the function that this word acts as where an operand is due, 0 for none
     double number;  // of a constant
 };
 

@@ -66,8 +66,7 @@ struct GbkText {
 };
 
 constexpr std::uint16_t gbk_bytes(char32_t unicode) {
-    const auto* row =
-        std::ranges::lower_bound(gbk_characters, unicode, {}, &GbkCharacter::unicode);
+    const auto* row = std::ranges::lower_bound(gbk_characters, unicode, {}, &GbkCharacter::unicode);
     if (row == std::end(gbk_characters) || row->unicode != unicode) throw "not in the table";
     return row->bytes;
 }

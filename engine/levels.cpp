@@ -19,8 +19,8 @@ namespace {
 // Deliberate: each is tried once, in this order, and takes all that follows as its right side, so
 // 1 < 2 and 3 > 2 reads as 1 < (2 and (3 > 2)).
 constexpr char relations_in_order[] = {
-    morandel::code_and, morandel::code_le, morandel::code_ge, morandel::code_ne,   '>',
-    '<',                '=',               morandel::code_or, morandel::code_like, morandel::code_equal,
+    morandel::code_and, morandel::code_le,   morandel::code_ge,    morandel::code_ne, '>', '<', '=',
+    morandel::code_or,  morandel::code_like, morandel::code_equal,
 };
 
 }  // namespace
@@ -150,11 +150,20 @@ void CExpress::atith(char code, Value& left, double right) {
     }
     Error error = Error::none;
     switch (code) {
-        case 'C': morandel::apply_case(left, right, m_Texts); break;
-        case 'L': break;
-        case 'r': error = morandel::apply_modulo(left, right); break;
-        case 'u': error = morandel::apply_rounding(left, right); break;
-        default: error = morandel::apply_operator(code, left, right); break;
+        case 'C':
+            morandel::apply_case(left, right, m_Texts);
+            break;
+        case 'L':
+            break;
+        case 'r':
+            error = morandel::apply_modulo(left, right);
+            break;
+        case 'u':
+            error = morandel::apply_rounding(left, right);
+            break;
+        default:
+            error = morandel::apply_operator(code, left, right);
+            break;
     }
     if (error != Error::none) return serror(error);
     if (code == 'r' || code == 'u') g_NumArray.pop(1);

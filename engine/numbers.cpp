@@ -38,7 +38,8 @@ double beyond_range(std::string_view numeral, std::chars_format format) {
         long long power = 0;
         const auto read =
             std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
-        if (read.ec == std::errc::result_out_of_range) power = exponent[0] == '-' ? -1'000'000'000 : 1'000'000'000;
+        if (read.ec == std::errc::result_out_of_range)
+            power = exponent[0] == '-' ? -1'000'000'000 : 1'000'000'000;
         magnitude += power;
     }
     return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;

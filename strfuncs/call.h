@@ -16,10 +16,10 @@
 namespace morandel {
 
 struct Call {
-    Value& value;                         // first argument in, result out
-    const ExtraArguments& extra;          // numbers of the further arguments of this call
-    ArgumentStack<std::string>& texts;    // m_TempStr: what this call and others left pending
-    ArgumentStack<double>& numbers;       // g_NumArray, likewise
+    Value& value;                       // first argument in, result out
+    const ExtraArguments& extra;        // numbers of the further arguments of this call
+    ArgumentStack<std::string>& texts;  // m_TempStr: what this call and others left pending
+    ArgumentStack<double>& numbers;     // g_NumArray, likewise
     const StringArgument& string_argument;
     TextArena& arena;
 

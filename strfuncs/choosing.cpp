@@ -9,8 +9,7 @@ namespace morandel {
 Error r2s(Call& call) {
     if (call.numbers.empty()) call.numbers.push(-1.0);
     std::string text;
-    const Error error =
-        number_to_text(call.value.number, to_int(call.numbers.from_top(0)), text);
+    const Error error = number_to_text(call.value.number, to_int(call.numbers.from_top(0)), text);
     if (error != Error::none) return error;
     call.consume(0, 1);
     return call.give_copy(text);

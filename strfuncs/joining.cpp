@@ -27,8 +27,7 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
                   std::string_view old, std::string_view replacement) {
     const std::size_t count = count_occurrences(old, text);
     const std::size_t kept = head.size() + text.size() + tail.size() - count * old.size();
-    if (kept > longest_text ||
-        (count > 0 && replacement.size() > (longest_text - kept) / count)) {
+    if (kept > longest_text || (count > 0 && replacement.size() > (longest_text - kept) / count)) {
         return Error::longer_than_target;
     }
     const std::size_t size = kept + count * replacement.size();

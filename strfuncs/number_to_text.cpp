@@ -24,8 +24,7 @@ class FractionDigits {
         const std::size_t skipped = below_one ? 1 : whole == "0" ? 0 : whole.size();
         if (skipped >= significant_digits) return;
         NumberBuffer buffer;
-        const std::string_view mantissa =
-            format_mantissa((below_one ? x + 1.0 : x) * 1e14, buffer);
+        const std::string_view mantissa = format_mantissa((below_one ? x + 1.0 : x) * 1e14, buffer);
         m_digits[0] = mantissa[0];
         std::ranges::copy(mantissa.substr(2), m_digits.begin() + 1);
         m_text = std::string_view(m_digits.data(), significant_digits).substr(skipped);

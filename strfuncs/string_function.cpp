@@ -19,10 +19,11 @@ struct TextFunction {
 
 // In the order of the function table.
 constexpr TextFunction text_functions[] = {
-    {'U', strsub, 2},      {'T', strtrim, 2},          {'A', strcat, 2},     {'S', strtrims, 2},
-    {'M', strmismatch, 0}, {'F', strfind, 0},          {'R', strreplace, 2}, {'D', strdelete, 2},
-    {'Y', strinsert, 2},   {'V', r2s, 2},              {'Z', s2r, 1},        {'N', strsubn, 2},
-    {'l', left, 2},        {'i', right, 2},            {'f', strfindn, untouched},
+    {'U', strsub, 2},     {'T', strtrim, 2},     {'A', strcat, 2},
+    {'S', strtrims, 2},   {'M', strmismatch, 0}, {'F', strfind, 0},
+    {'R', strreplace, 2}, {'D', strdelete, 2},   {'Y', strinsert, 2},
+    {'V', r2s, 2},        {'Z', s2r, 1},         {'N', strsubn, 2},
+    {'l', left, 2},       {'i', right, 2},       {'f', strfindn, untouched},
     {'h', choose, 1},
 };
 

@@ -120,12 +120,17 @@ json convert(const json& op) {
 using ExpressCall = json (*)(CExpress&, const json&);
 
 const std::map<std::string, ExpressCall> express_calls = {
-    {"SetNumberOfPara", [](CExpress& e, const json& op) { return returned(e.SetNumberOfPara(op.at("n"))); }},
+    {"SetNumberOfPara",
+     [](CExpress& e, const json& op) { return returned(e.SetNumberOfPara(op.at("n"))); }},
     {"SetPara", set_para},
     {"SetExpression", set_expression},
     {"VerifyExpression", [](CExpress& e, const json&) { return returned(e.VerifyExpression()); }},
     {"CalcExpression", [](CExpress& e, const json&) { return returned(e.CalcExpression()); }},
-    {"ClearOld", [](CExpress& e, const json&) { e.ClearOld(); return json::object(); }},
+    {"ClearOld",
+     [](CExpress& e, const json&) {
+         e.ClearOld();
+         return json::object();
+     }},
     {"GetVariable", get_variable},
     {"state", [](CExpress& e, const json&) { return state_of(e); }},
 };

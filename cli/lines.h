@@ -1,0 +1,28 @@
+// Reads text by lines of bounded length, so that no input can fill the memory.
+
+#pragma once
+
+#include <cstddef>
+#include <istream>
+#include <string>
+
+namespace morandel::cli {
+
+constexpr std::size_t longest_line = std::size_t{64} * 1024;
+
+// Reads the next line without its line end (LF or CR LF); false at the end of the input. Of a
+// longer line only the first longest_line + 1 bytes are kept.
+inline bool read_line(std::istream& in, std::string& line) {
+    line.clear();
+    std::streambuf* buffer = in.rdbuf();
+    bool any = false;
+    for (int c = buffer->sbumpc(); c != std::char_traits<char>::eof(); c = buffer->sbumpc()) {
+        any = true;
+        if (c == '\n') break;
+        if (line.size() <= longest_line) line += static_cast<char>(c);
+    }
+    if (line.ends_with('\r')) line.pop_back();
+    return any;
+}
+
+}  // namespace morandel::cli

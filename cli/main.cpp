@@ -1,0 +1,119 @@
+// The morandel command: reads the arguments and hands them to a verb.
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/commands.h"
+#include "cli/evaluate.h"
+#include "cli/output.h"
+
+namespace {
+
+using morandel::cli::Request;
+
+constexpr int failed = 1;
+constexpr int wrong_usage = 2;
+
+struct Verb {
+    const char* name;
+    const char* summary;
+    const char* operand;
+    const char* further_operands;
+    bool needs_operand;
+    int most_operands;
+    int (*run)(const Request&);
+};
+
+constexpr int any_number = 1 << 20;
+
+constexpr Verb verbs[] = {
+    {"eval", "evaluate a formula", "FORMULA", "[name=value...]", true, any_number,
+     morandel::cli::eval_command},
+    {"vars", "list the free variables of a formula", "FORMULA", "", true, 1,
+     morandel::cli::vars_command},
+    {"functions", "list the functions, or tell all of one", "NAME", "", false, 1,
+     morandel::cli::functions_command},
+};
+
+const Verb* find_verb(std::string_view name) {
+    const auto* verb = std::ranges::find(verbs, name, &Verb::name);
+    return verb == std::end(verbs) ? nullptr : verb;
+}
+
+// A formula may begin with a sign, so what is no option of ours goes behind "--"; and a formula
+// alone stands for eval.
+std::vector<std::string> arrange(std::vector<std::string> arguments) {
+    static constexpr std::string_view options[] = {"--json", "--help", "-h", "--version"};
+    std::vector<std::string> front;
+    std::vector<std::string> operands;
+    bool only_operands = false;
+    for (std::string& argument : arguments) {
+        if (!only_operands && argument == "--") {
+            only_operands = true;
+        } else if (!only_operands && std::ranges::find(options, argument) != std::end(options)) {
+            front.push_back(std::move(argument));
+        } else {
+            operands.push_back(std::move(argument));
+        }
+    }
+    std::vector<std::string> arranged;
+    if (!operands.empty()) {
+        const bool named = find_verb(operands.front()) != nullptr;
+        arranged.emplace_back(named ? operands.front() : "eval");
+        if (named) operands.erase(operands.begin());
+    }
+    arranged.insert(arranged.end(), front.begin(), front.end());
+    if (!operands.empty()) arranged.emplace_back("--");
+    arranged.insert(arranged.end(), operands.begin(), operands.end());
+    return arranged;
+}
+
+int run(std::vector<std::string> arguments) {
+    CLI::App app("Evaluates formulas: morandel 'preci(2.675, 2) * a' a=3", "morandel");
+    app.footer("Without arguments: a prompt on a terminal, a formula a line from a pipe.");
+    app.set_version_flag("--version", MORANDEL_VERSION);
+    app.require_subcommand(0, 1);
+    Request request;
+    app.add_flag("--json", request.json, "print one JSON object a result");
+    for (const Verb& verb : verbs) {
+        CLI::App* sub = app.add_subcommand(verb.name, verb.summary);
+        sub->add_flag("--json", request.json, "print one JSON object a result");
+        auto* operands = sub->add_option(verb.operand, request.operands, "");
+        operands->option_text(verb.further_operands);
+        operands->expected(1, verb.most_operands);
+        operands->required(verb.needs_operand);
+    }
+
+    arguments = arrange(std::move(arguments));
+    std::ranges::reverse(arguments);  // as CLI11 takes them
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::ParseError& problem) {
+        return app.exit(problem) == 0 ? 0 : wrong_usage;
+    }
+    const auto chosen = app.get_subcommands();
+    if (chosen.empty()) return morandel::cli::prompt_command(request);
+    return find_verb(chosen.front()->get_name())->run(request);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int status = failed;
+    try {
+        status = run({argv + 1, argv + argc});
+        if (std::fflush(stdout) != 0) throw std::runtime_error("standard output cannot be written");
+    } catch (const morandel::cli::UsageError& problem) {
+        morandel::cli::print_problem(problem.what());
+        status = wrong_usage;
+    } catch (const std::exception& problem) {
+        morandel::cli::print_problem(problem.what());
+        status = failed;
+    }
+    return status;
+}

@@ -1,0 +1,25 @@
+# What every target of the project is compiled with.
+
+add_library(morandel_compile INTERFACE)
+target_compile_features(morandel_compile INTERFACE cxx_std_20)
+
+if(MSVC)
+  target_compile_options(morandel_compile INTERFACE /W4 /utf-8 /fp:precise /permissive-)
+else()
+  # The same bits on every platform: no fused operations, and on x86 no x87.
+  target_compile_options(morandel_compile INTERFACE -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "x86|86")
+    target_compile_options(morandel_compile INTERFACE -msse2 -mfpmath=sse)
+  endif()
+endif()
+
+if(MORANDEL_SANITIZE)
+  target_compile_options(morandel_compile INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(morandel_compile INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(MORANDEL_COVERAGE)
+  target_compile_options(morandel_compile INTERFACE --coverage -O0)
+  target_link_options(morandel_compile INTERFACE --coverage)
+endif()

@@ -1,0 +1,59 @@
+# The library, shared and static. Folders depend on one another one way: strfuncs on engine.
+
+set(MORANDEL_SOURCES
+  engine/arithmetic.cpp
+  engine/errors.cpp
+  engine/express.cpp
+  engine/functions.cpp
+  engine/levels.cpp
+  engine/numbers.cpp
+  engine/preparation.cpp
+  engine/rounding.cpp
+  engine/tokenizer.cpp
+  engine/validator.cpp
+  strfuncs/choosing.cpp
+  strfuncs/joining.cpp
+  strfuncs/number_to_text.cpp
+  strfuncs/parts.cpp
+  strfuncs/searching.cpp
+  strfuncs/string_function.cpp)
+
+set(MORANDEL_HEADERS
+  engine/argument_stack.h
+  engine/errors.h
+  engine/export.h
+  engine/express.h
+  engine/functions.h
+  engine/text_arena.h
+  engine/token.h
+  engine/value.h
+  strfuncs/number_to_text.h
+  strfuncs/strfuncs.h
+  strfuncs/string_node.h
+  morandel.h)
+
+function(morandel_library target kind)
+  add_library(${target} ${kind} ${MORANDEL_SOURCES})
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:morandel_compile>)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/morandel>)
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME morandel
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+morandel_library(morandel SHARED)
+target_compile_definitions(morandel PRIVATE MORANDEL_BUILDING)
+add_library(morandel::morandel ALIAS morandel)
+
+morandel_library(morandel_static STATIC)
+target_compile_definitions(morandel_static PUBLIC MORANDEL_STATIC)
+set_target_properties(morandel_static PROPERTIES EXPORT_NAME static)
+add_library(morandel::static ALIAS morandel_static)
