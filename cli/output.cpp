@@ -62,6 +62,7 @@ void print_line(const nlohmann::json& object) {
 }
 
 void print_problem(const std::string& problem) {
+    (void)std::fflush(stdout);  // so that a terminal or a log shows both in order
     const std::string line = "morandel: " + problem + "\n";
     (void)std::fwrite(line.data(), 1, line.size(), stderr);
 }

@@ -72,7 +72,7 @@ bool Session::run_command(std::string_view command) {
 }
 
 bool Session::assign(std::string_view name, std::string_view value) {
-    if (find_function(name) != nullptr) return fail("'" + std::string(name) + "' is a function");
+    if (find_function(name) != nullptr) return fail(std::string(name) + " is a function");
     Variable variable{to_gbk(name), 0.0};
     double number = 0.0;
     const bool quoted = value.size() >= 2 && value.find('"', 1) == value.size() - 1;

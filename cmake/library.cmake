@@ -16,7 +16,8 @@ set(MORANDEL_SOURCES
   strfuncs/number_to_text.cpp
   strfuncs/parts.cpp
   strfuncs/searching.cpp
-  strfuncs/string_function.cpp)
+  strfuncs/string_function.cpp
+  strfuncs/string_node.cpp)
 
 set(MORANDEL_HEADERS
   engine/argument_stack.h
@@ -57,3 +58,8 @@ morandel_library(morandel_static STATIC)
 target_compile_definitions(morandel_static PUBLIC MORANDEL_STATIC)
 set_target_properties(morandel_static PROPERTIES EXPORT_NAME static)
 add_library(morandel::static ALIAS morandel_static)
+
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  target_link_options(morandel PRIVATE LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  set_target_properties(morandel PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+endif()

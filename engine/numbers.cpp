@@ -45,11 +45,14 @@ double beyond_range(std::string_view numeral, std::chars_format format) {
     return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
 }
 
-double read_unsigned(std::string_view text, std::chars_format format) {
-    double value = 0.0;
+// Reads an unsigned numeral; without one, false and 0.0.
+bool read_unsigned(std::string_view text, std::chars_format format, double& value) {
+    value = 0.0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), value, format);
-    if (read.ec != std::errc::result_out_of_range) return value;
-    return beyond_range({text.data(), read.ptr}, format);
+    if (read.ec == std::errc::result_out_of_range) {
+        value = beyond_range({text.data(), read.ptr}, format);
+    }
+    return read.ptr != text.data();
 }
 
 }  // namespace
@@ -67,15 +70,17 @@ double text_to_number(std::string_view text) {
     double value = 0.0;
     if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
         (is_digit(text[2], std::chars_format::hex) || text[2] == '.')) {
-        value = read_unsigned(text.substr(2), std::chars_format::hex);
-    } else {
-        value = read_unsigned(text, std::chars_format::general);
+        read_unsigned(text.substr(2), std::chars_format::hex, value);
+    } else if (!read_unsigned(text, std::chars_format::general, value)) {
+        return 0.0;
     }
     return negative ? -value : value;
 }
 
 double digits_to_number(std::string_view digits) {
-    return read_unsigned(digits, std::chars_format::fixed);
+    double value = 0.0;
+    read_unsigned(digits, std::chars_format::fixed, value);
+    return value;
 }
 
 std::string_view format_fixed(double value, int decimals, NumberBuffer& buffer) {

@@ -1,6 +1,5 @@
 // Numbers and texts into each other, and the choice between two numbers.
 
-#include "strfuncs/number_to_text.h"
 #include "strfuncs/routines.h"
 
 namespace morandel {
@@ -8,8 +7,10 @@ namespace morandel {
 // r2s(x[, decimals])
 Error r2s(Call& call) {
     if (call.numbers.empty()) call.numbers.push(-1.0);
-    std::string text;
-    const Error error = number_to_text(call.value.number, to_int(call.numbers.from_top(0)), text);
+    NumberBuffer room;
+    std::string_view text;
+    const int decimals = to_int(call.numbers.from_top(0));
+    const Error error = write_number(call.value.number, decimals, room, text);
     if (error != Error::none) return error;
     call.consume(0, 1);
     return call.give_copy(text);

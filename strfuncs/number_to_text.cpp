@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "engine/numbers.h"
+#include "strfuncs/routines.h"
 
 namespace morandel {
 namespace {
@@ -43,8 +43,8 @@ class FractionDigits {
 
 }  // namespace
 
-Error number_to_text(double x, int decimals, std::string& text) {
-    text.clear();
+Error write_number(double x, int decimals, NumberBuffer& room, std::string_view& text) {
+    text = {};
     if (decimals < all_decimals) return Error::not_positive;
     if (decimals > most_decimals) return Error::too_many_decimals;
     if (!std::isfinite(x)) {
@@ -60,13 +60,24 @@ Error number_to_text(double x, int decimals, std::string& text) {
     const std::string_view fraction =
         digits.cut_off(static_cast<std::size_t>(all ? most_decimals : decimals));
     const bool reads_as_zero = whole == "0" && fraction.empty();
-    if (x < 0.0 && !reads_as_zero) text += '-';
-    text += whole;
+
+    char* end = room.data();
+    if (x < 0.0 && !reads_as_zero) *end++ = '-';
+    end = std::ranges::copy(whole, end).out;
     if (!fraction.empty()) {
-        text += '.';
-        text += fraction;
+        *end++ = '.';
+        end = std::ranges::copy(fraction, end).out;
     }
+    text = {room.data(), end};
     return Error::none;
+}
+
+Error number_to_text(double x, int decimals, std::string& text) {
+    NumberBuffer room;
+    std::string_view written;
+    const Error error = write_number(x, decimals, room, written);
+    text = written;
+    return error;
 }
 
 }  // namespace morandel

@@ -30,4 +30,7 @@ Error r2s(Call& call);
 Error s2r(Call& call);
 Error choose(Call& call);
 
+// number_to_text into room that the caller has; the text lies there or is constant.
+Error write_number(double x, int decimals, NumberBuffer& room, std::string_view& text);
+
 }  // namespace morandel

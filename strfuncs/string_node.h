@@ -7,13 +7,13 @@
 #include "engine/export.h"
 
 // The link is not owned: copies share it, and destroying a node leaves its successor alone.
-//     CCStringNode last("b"), first("a");
+//     CCStringNode first("a"), last("b");
 //     first.m_pNext = &last;
 class MORANDEL_EXPORT CCStringNode {
   public:
-    CCStringNode() = default;
-    explicit CCStringNode(const char* text) : m_strText(text == nullptr ? "" : text) {}
+    CCStringNode();
+    explicit CCStringNode(const char* text);  // null counts as empty
 
-    std::string m_strText;
+    std::string m_strText;  // bytes of code page 936
     CCStringNode* m_pNext = nullptr;
 };

@@ -31,8 +31,9 @@ double read_number(std::string_view text) {
     const bool hexadecimal = text.starts_with("0x");
     if (hexadecimal) text.remove_prefix(2);
     double value = 0.0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), value,
-                                      hexadecimal ? std::chars_format::hex : std::chars_format::general);
+    const auto read =
+        std::from_chars(text.data(), text.data() + text.size(), value,
+                        hexadecimal ? std::chars_format::hex : std::chars_format::general);
     if (read.ec != std::errc() || read.ptr != text.data() + text.size()) {
         complain("no number: " + std::string(text));
     }
@@ -109,7 +110,8 @@ std::vector<std::pair<std::string, int>> read_variables(std::string_view list) {
 void read_part(std::string_view part, Expectation& e) {
     const std::size_t blank = part.find(' ');
     const std::string_view word = part.substr(0, blank);
-    const std::string_view rest = blank == std::string_view::npos ? "" : trim(part.substr(blank + 1));
+    const std::string_view rest =
+        blank == std::string_view::npos ? "" : trim(part.substr(blank + 1));
     if (is_quoted(part)) {
         e.text = to_bytes(unquote(part));
         if (!e.type) e.type = 2;

@@ -22,21 +22,21 @@ struct Let {
 
 // What a line must show. What is not there is not looked at.
 struct Expectation {
-    bool refused = false;               // by SetExpression
-    bool silent = false;                // refused without a message, status 1
-    std::optional<int> error;           // of the evaluation, or of the refusal
+    bool refused = false;      // by SetExpression
+    bool silent = false;       // refused without a message, status 1
+    std::optional<int> error;  // of the evaluation, or of the refusal
     std::optional<int> expression_status;
-    std::optional<double> number;       // to the last bit
+    std::optional<double> number;  // to the last bit
     std::optional<std::string> text;
     std::optional<int> type;
-    bool inexact = false;               // a transcendental function: to the last place
+    bool inexact = false;  // a transcendental function: to the last place
     std::optional<std::vector<std::pair<std::string, int>>> variables;
 };
 
 struct Line {
-    int number = 0;                     // in the file
-    std::optional<Let> let;             // either this
-    std::string formula;                // or a formula with
+    int number = 0;          // in the file
+    std::optional<Let> let;  // either this
+    std::string formula;     // or a formula with
     Expectation expectation;
 };
 

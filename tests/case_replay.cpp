@@ -73,7 +73,8 @@ class Replay {
         const bool evaluated = accepted && wants_evaluation(e);
         if (evaluated) {
             const bool succeeded = m_evaluator->CalcExpression() == 1;
-            expect(succeeded != e.error.has_value(), succeeded ? "succeeded" : "failed" + error_text());
+            expect(succeeded != e.error.has_value(),
+                   succeeded ? "succeeded" : "failed" + error_text());
         }
         if (e.error) check_error(*e.error);
         if (e.expression_status) {
@@ -125,8 +126,8 @@ class Replay {
     }
 
     void compare(int found, int wanted, const char* what) {
-        expect(found == wanted, std::string(what) + " " + std::to_string(found) + " for " +
-                                    std::to_string(wanted));
+        expect(found == wanted,
+               std::string(what) + " " + std::to_string(found) + " for " + std::to_string(wanted));
     }
 
     void expect(bool holds, const std::string& otherwise) {
