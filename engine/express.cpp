@@ -123,7 +123,7 @@ void CExpress::get_token() {
 // their number have changed.
 bool CExpress::isConstVariable(const Token& name) {
     if (name.generation != m_ParaGeneration) {
-        name.slot = static_cast<std::int8_t>(find_parameter(name.text()));
+        name.slot = static_cast<std::int16_t>(find_parameter(name.text()));
         name.generation = m_ParaGeneration;
     }
     if (name.slot < 0) return false;

@@ -76,7 +76,7 @@ constexpr std::size_t word_count =
 
 constexpr std::array<Word, word_count> make_words() {
     std::array<Word, word_count> words{};
-    auto next = words.begin();
+    auto* next = words.data();
     for (const Function& row : function_table) {
         *next++ = {row.name, {&row.code, 1}, row.code, row.code, 0.0};
     }
@@ -113,7 +113,7 @@ constexpr std::array<std::uint8_t, slot_count> word_slots = make_slots();
 constexpr std::array<std::uint8_t, 128> make_code_rows() {
     std::array<std::uint8_t, 128> rows{};
     for (std::size_t i = 0; i < std::size(function_table); ++i) {
-        rows[static_cast<std::size_t>(function_table[i].code)] = static_cast<std::uint8_t>(i + 1);
+        rows[static_cast<unsigned char>(function_table[i].code)] = static_cast<std::uint8_t>(i + 1);
     }
     return rows;
 }

@@ -25,7 +25,7 @@ struct Token {
     bool quote_closed = false;
 
     // Where the name was found among the parameters: slot or -1, as of that generation of them.
-    mutable std::int8_t slot = -1;
+    mutable std::int16_t slot = -1;
     mutable std::uint32_t generation = 0;
 
     [[nodiscard]] std::string_view text() const { return {text_begin, text_length}; }

@@ -15,12 +15,12 @@ enum ResultType : int { type_integer = 0, type_number = 1, type_text = 2 };
 struct Value {
     double number = 0.0;
     std::string_view text;
-    std::int8_t type = type_integer;
-    std::int8_t float_word = 0;  // 1 after a floating step, 0 after an integer one, 2 after a text
+    std::int16_t type = type_integer;
+    std::int16_t float_word = 0;  // 1 after a floating step, 0 after an integer one, 2 after a text
 
     void set_type(int result_type, int word) {
-        type = static_cast<std::int8_t>(result_type);
-        float_word = static_cast<std::int8_t>(word);
+        type = static_cast<std::int16_t>(result_type);
+        float_word = static_cast<std::int16_t>(word);
     }
 };
 

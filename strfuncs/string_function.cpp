@@ -9,12 +9,12 @@
 namespace morandel {
 namespace {
 
-constexpr std::int8_t untouched = -1;
+constexpr std::int16_t untouched = -1;
 
 struct TextFunction {
     char code;
     Routine routine;
-    std::int8_t float_word;  // that the call begins with
+    std::int16_t float_word;  // that the call begins with
 };
 
 // In the order of the function table.
@@ -30,7 +30,7 @@ constexpr TextFunction text_functions[] = {
 constexpr std::array<TextFunction, 128> make_routines() {
     std::array<TextFunction, 128> routines{};
     for (const TextFunction& row : text_functions) {
-        routines[static_cast<std::size_t>(row.code)] = row;
+        routines[static_cast<unsigned char>(row.code)] = row;
     }
     return routines;
 }
@@ -49,7 +49,7 @@ void CExpress::StringFunction(char code, Value& value) {
         return atith(code, value, extra.values[0]);
     }
     const auto [known, routine, float_word] =
-        morandel::routine_of_code[static_cast<std::size_t>(code)];
+        morandel::routine_of_code[static_cast<unsigned char>(code)];
     if (routine == nullptr) return;
     if (float_word != morandel::untouched) value.float_word = float_word;
     morandel::Call call{value, extra, m_TempStr, morandel::g_NumArray, m_StringArgument, m_Texts};
