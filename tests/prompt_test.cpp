@@ -49,6 +49,17 @@ class Terminal {
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
+    // Ctrl-D is lost where it comes between the prompt and the line editor's own terminal mode,
+    // so it is typed until it takes.
+    int status_after_end_of_input() {
+        int status = -1;
+        for (int tries = 0; tries < 100 && waitpid(m_child, &status, WNOHANG) == 0; ++tries) {
+            (void)!write(m_terminal, "\x04", 1);
+            usleep(50'000);
+        }
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
   private:
     // Reads what comes next; false at the end, or when nothing comes for ten seconds.
     bool reads() {
@@ -91,8 +102,8 @@ TEST(Prompt, CompletesFunctionNamesAndRemembersLines) {
     EXPECT_TRUE(t.shows("\n1\r\n"));
     t.type("\x1b[A\n");  // the line before
     EXPECT_TRUE(t.shows("\n1\r\n"));
-    t.type("\x04");
-    EXPECT_EQ(t.exit_status(), 0);
+    t.type("");
+    EXPECT_EQ(t.status_after_end_of_input(), 0);
 }
 
 }  // namespace
