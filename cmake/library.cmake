@@ -1,6 +1,11 @@
-# The library, shared and static. Folders depend on one another one way: strfuncs on engine.
+# The library, shared and static. Folders depend on one another one way: strfuncs on engine,
+# variables on both, checker on engine.
 
 set(MORANDEL_SOURCES
+  checker/check_calls.cpp
+  checker/check_levels.cpp
+  checker/checker.cpp
+  checker/rules.cpp
   engine/arithmetic.cpp
   engine/errors.cpp
   engine/express.cpp
@@ -17,9 +22,14 @@ set(MORANDEL_SOURCES
   strfuncs/parts.cpp
   strfuncs/searching.cpp
   strfuncs/string_function.cpp
-  strfuncs/string_node.cpp)
+  strfuncs/string_node.cpp
+  variables/calculation.cpp
+  variables/record_store.cpp
+  variables/variable_express.cpp
+  variables/variable_list.cpp)
 
 set(MORANDEL_HEADERS
+  checker/checker.h
   engine/argument_stack.h
   engine/errors.h
   engine/export.h
@@ -31,6 +41,8 @@ set(MORANDEL_HEADERS
   strfuncs/number_to_text.h
   strfuncs/strfuncs.h
   strfuncs/string_node.h
+  variables/variable_express.h
+  variables/variables.h
   morandel.h)
 
 function(morandel_library target kind)

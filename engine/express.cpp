@@ -67,8 +67,9 @@ int CExpress::SetExpression(const char* text) {
         m_ErrorNumber = -1;
         return 0;
     }
-    const std::size_t length = strnlen(text, max_formula + 1);
-    if (length > max_formula) return 0;
+    const void* terminator = std::memchr(text, '\0', max_formula + 1);
+    if (terminator == nullptr) return 0;
+    const auto length = static_cast<std::size_t>(static_cast<const char*>(terminator) - text);
 
     // The text may be this evaluator's own message, so it is copied before that goes.
     std::memcpy(m_Formula, text, length);
@@ -76,6 +77,9 @@ int CExpress::SetExpression(const char* text) {
     m_Status = 1;
     m_ErrorMessage.clear();
     m_ErrorNumber = -1;
+    // Should memory run out among the tokens, there is no formula.
+    m_Tokens.clear();
+    rewind();
     morandel::tokenize(m_Formula, m_Tokens);
     rewind();
     if (VerifyExpression() == 0) {
@@ -90,8 +94,13 @@ int CExpress::SetExpression(const char* text) {
     return 1;
 }
 
-void CExpress::rewind() {
-    m_Prog = m_Tokens.empty() ? &end_of_nothing : m_Tokens.data();
+std::size_t CExpress::tell() const {
+    return m_Tokens.empty() ? 0 : static_cast<std::size_t>(m_Prog - m_Tokens.data());
+}
+
+void CExpress::seek(std::size_t position) {
+    m_Prog = m_Tokens.empty() ? &end_of_nothing
+                              : m_Tokens.data() + std::min(position, m_Tokens.size() - 1);
 }
 
 // Reads the next token; at the end of the formula it stays there.

@@ -113,6 +113,9 @@ class MORANDEL_EXPORT CExpress {
     void serror(int n);
     void serror(morandel::Error error) { serror(static_cast<int>(error)); }
     [[nodiscard]] bool at(char code) const { return m_Token->code == code; }
+    // The reading position as a number of tokens, and back to one.
+    [[nodiscard]] std::size_t tell() const;
+    void seek(std::size_t position);
 
     const morandel::Token* m_Token;  // the current token
     const morandel::Token* m_Prog;   // the one to be read next
@@ -130,7 +133,7 @@ class MORANDEL_EXPORT CExpress {
         bool isString = false;
     };
 
-    void rewind();
+    void rewind() { seek(0); }
     bool isConstVariable(const morandel::Token& name);
     [[nodiscard]] int find_parameter(std::string_view name) const;
     void list_variables();

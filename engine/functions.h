@@ -65,4 +65,9 @@ constexpr bool is_relation(char code) {
     return (code >= code_like && code <= code_ne) || code == '<' || code == '>' || code == '=';
 }
 
+// The relations as level4 tries them. Deliberate: each is tried once, in this order, and takes all
+// that follows as its right side, so 1 > 2 and 3 reads as 1 > (2 and 3).
+inline constexpr char relations_in_order[] = {code_and, code_le, code_ge, code_ne,   '>',
+                                              '<',      '=',     code_or, code_like, code_equal};
+
 }  // namespace morandel

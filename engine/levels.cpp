@@ -14,17 +14,6 @@ using morandel::NONE;
 using morandel::type_number;
 using morandel::type_text;
 
-namespace {
-
-// Deliberate: each is tried once, in this order, and takes all that follows as its right side, so
-// 1 < 2 and 3 > 2 reads as 1 < (2 and (3 > 2)).
-constexpr char relations_in_order[] = {
-    morandel::code_and, morandel::code_le,   morandel::code_ge,    morandel::code_ne, '>', '<', '=',
-    morandel::code_or,  morandel::code_like, morandel::code_equal,
-};
-
-}  // namespace
-
 void CExpress::get_exp(Value& value) {
     get_token();
     if (m_TokenType == NONE) return serror(Error::no_expression);
@@ -69,7 +58,7 @@ void CExpress::level4(Value& value) {
         atith('!', value, 0.0);
     }
     if (!morandel::is_relation(m_Token->code)) return;
-    for (const char code : relations_in_order) {
+    for (const char code : morandel::relations_in_order) {
         if (!at(code)) continue;
         get_token();
         Value right;

@@ -7,7 +7,7 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cmake --install "$build_folder" --prefix "$scratch/prefix" >"$scratch/log" || { cat "$scratch/log"; exit 1; }
 
-cmake -S "$source_folder/tests/consumer" -B "$scratch/build" -DCMAKE_PREFIX_PATH="$scratch/prefix" >"$scratch/log" 2>&1 &&
+cmake -G Ninja -S "$source_folder/tests/consumer" -B "$scratch/build" -DCMAKE_PREFIX_PATH="$scratch/prefix" >"$scratch/log" 2>&1 &&
     cmake --build "$scratch/build" >>"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
 for program in consumer consumer_static; do
     printed=$("$scratch/build/$program")

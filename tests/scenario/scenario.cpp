@@ -135,6 +135,109 @@ const std::map<std::string, ExpressCall> express_calls = {
     {"state", [](CExpress& e, const json&) { return state_of(e); }},
 };
 
+json check_state(CExpressionCheck& check) {
+    json errors = json::array();
+    for (const CheckexpressionError& fault : check.m_errors) {
+        errors.push_back({{"nType", fault.nType},
+                          {"nPosition", fault.nPosition},
+                          {"nIndex", fault.nIndex},
+                          {"strName", from_bytes(fault.strName)}});
+    }
+    return {{"errors", std::move(errors)},
+            {"status", check.GetStatu()},
+            {"message", from_bytes(check.m_ErrorMessage)},
+            {"step", check.m_step},
+            {"depth", check.m_depth},
+            {"resultKind", check.m_resultKind}};
+}
+
+json reset(CExpressionCheck& check, const json&) {
+    check.Reset();
+    return json::object();
+}
+
+json check_expression(CExpressionCheck& check, const json& op) {
+    const bool null = op.at("text").is_null();
+    const std::string text = null ? "" : text_of(op, "text");
+    return {{"ret", check.CheckExpression(null ? nullptr : text.c_str())}};
+}
+
+using CheckCall = json (*)(CExpressionCheck&, const json&);
+
+const std::map<std::string, CheckCall> check_calls = {
+    {"CheckExpression", check_expression},
+    {"reset", reset},
+    {"GetCommaNum", [](CExpressionCheck& c, const json&) { return returned(c.GetCommaNum()); }},
+    {"GetLocalNumber",
+     [](CExpressionCheck& c, const json&) { return returned(c.GetLocalNumber()); }},
+    {"checkstate", [](CExpressionCheck& c, const json&) { return check_state(c); }},
+};
+
+std::string name_of(CVariableExpress& record) {
+    std::string name;
+    record.GetName(name);
+    return name;
+}
+
+json list_state(CVariableExpressList& list, const json&) {
+    json records = json::array();
+    for (CVariableExpress* r = list.GetHead(); r != nullptr; r = r->GetNext()) {
+        std::string exp;
+        r->GetExp(exp);
+        records.push_back({{"type", r->GetType()},
+                           {"name", from_bytes(name_of(*r))},
+                           {"value", hex_of(r->GetValue())},
+                           {"str", from_bytes(r->GetStrValue())},
+                           {"exp", from_bytes(exp)},
+                           {"isString", r->IsString()}});
+    }
+    return {{"error", from_bytes(list.m_strError)},
+            {"resultType", list.m_nResultType},
+            {"records", std::move(records)}};
+}
+
+json append(CVariableExpressList& list, const json& op) {
+    return returned(list.Append(op.at("type"), text_of(op, "name").c_str(), number_of(op, "value"),
+                                text_of(op, "exp").c_str()));
+}
+
+json append_string(CVariableExpressList& list, const json& op) {
+    return returned(list.AppendString(op.at("type"), text_of(op, "name").c_str(),
+                                      text_of(op, "str").c_str(), text_of(op, "exp").c_str()));
+}
+
+json find_by_name(CVariableExpressList& list, const json& op) {
+    CVariableExpress* record = list.FindByName(text_of(op, "name").c_str());
+    if (record == nullptr) return {{"name", nullptr}};
+    return {{"name", from_bytes(name_of(*record))}};
+}
+
+json find_value(CVariableExpressList& list, const json& op) {
+    return {{"value", hex_of(list.FindByNameAndGetValue(text_of(op, "name").c_str()))}};
+}
+
+json find_text(CVariableExpressList& list, const json& op) {
+    return {{"text", from_bytes(list.FindByNameAndGetStrValue(text_of(op, "name").c_str()))}};
+}
+
+json delete_one(CVariableExpressList& list, const json& op) {
+    return returned(list.DeleteOneNodeByName(text_of(op, "name").c_str()));
+}
+
+using ListCall = json (*)(CVariableExpressList&, const json&);
+
+const std::map<std::string, ListCall> list_calls = {
+    {"Append", append},
+    {"AppendString", append_string},
+    {"Free", [](CVariableExpressList& l, const json&) { return returned(l.Free()); }},
+    {"DeleteOneNodeByName", delete_one},
+    {"Cal", [](CVariableExpressList& l, const json&) { return returned(l.Cal()); }},
+    {"FindByName", find_by_name},
+    {"FindByNameAndGetValue", find_value},
+    {"FindByNameAndGetStrValue", find_text},
+    {"liststate", list_state},
+};
+
 class Stage {
   public:
     json play(const json& op) {
@@ -142,23 +245,42 @@ class Stage {
         if (name == "convert") return convert(op);
         const std::string id = op.at("id");
         if (name == "new") return make(id, op.at("class"));
-        if (name == "delete") {
-            m_evaluators.erase(id);
-            return json::object();
+        if (name == "delete") return drop(id);
+        if (const auto list = m_lists.find(id); list != m_lists.end()) {
+            return list_calls.at(name)(*list->second, op);
         }
-        const auto call = express_calls.find(name);
-        if (call == express_calls.end()) throw std::runtime_error("unknown op " + name);
-        return call->second(*m_evaluators.at(id), op);
+        const auto call = check_calls.find(name);
+        if (call != check_calls.end()) return call->second(*m_checks.at(id), op);
+        const auto check = m_checks.find(id);
+        CExpress& e = check != m_checks.end() ? *check->second : *m_evaluators.at(id);
+        return express_calls.at(name)(e, op);
     }
 
   private:
     json make(const std::string& id, const std::string& kind) {
-        if (kind != "express") throw std::runtime_error("unknown class " + kind);
-        m_evaluators[id] = std::make_unique<CExpress>();
+        drop(id);
+        if (kind == "express") {
+            m_evaluators[id] = std::make_unique<CExpress>();
+        } else if (kind == "check") {
+            m_checks[id] = std::make_unique<CExpressionCheck>();
+        } else if (kind == "list") {
+            m_lists[id] = std::make_unique<CVariableExpressList>();
+        } else {
+            throw std::runtime_error("unknown class " + kind);
+        }
+        return json::object();
+    }
+
+    json drop(const std::string& id) {
+        m_evaluators.erase(id);
+        m_checks.erase(id);
+        m_lists.erase(id);
         return json::object();
     }
 
     std::map<std::string, std::unique_ptr<CExpress>> m_evaluators;
+    std::map<std::string, std::unique_ptr<CExpressionCheck>> m_checks;
+    std::map<std::string, std::unique_ptr<CVariableExpressList>> m_lists;
 };
 
 json play_scenario(const json& scenario) {

@@ -1,0 +1,106 @@
+#include "checker/rules.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "checker/checker.h"
+#include "engine/functions.h"
+
+namespace morandel {
+namespace {
+
+constexpr int number = CExpressionCheck::kind_number;
+constexpr int text = CExpressionCheck::kind_text;
+constexpr int open = CExpressionCheck::kind_open;
+
+// clang-format off
+// In the order of the function table. Deliberate: names and faults that differ from the function's
+// own ("strims", "Trim" with fault 1, "R2S" with fault 2), the steps that stay open, and mod,
+// strlen and strdelete as they are.
+constexpr CheckRule function_rules[] = {
+    // code name         1st     fault  further  commas   checks forgets closes result
+    {'s', "sin",         number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'c', "cos",         number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'t', "tan",         number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'e', "ctan",        number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'q', "sqrt",        number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'x', "arcsin",      number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'y', "arccos",      number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'z', "arctan",      number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'w', "arcctan",     number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'m', "ln",          number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'n', "log",         number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'o', "int",         number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'p', "deci",        number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'u', "preci",       number, 1,     "1",     1,  1,   true,  true,   true,  number},
+    {'r', "mod",         number, 1,     "1",     1,  1,   true,  true,   true,  number},
+    {'C', "strcase",     text,   2,     "1",     0,  1,   true,  true,   true,  text},
+    {'L', "strlen",      text,   2,     "",      0, -1,   false, false,  true,  number},
+    {'U', "strsub",      text,   2,     "111",   1,  3,   true,  true,   true,  text},
+    {'T', "Trim",        text,   1,     "21",    1,  2,   true,  true,   true,  text},
+    {'A', "strcat",      text,   2,     "2*",    0, -1,   true,  true,   true,  text},
+    {'S', "strims",      text,   2,     "",      0, -1,   false, false,  true,  text},
+    {'M', "strmismatch", text,   2,     "2111",  1,  4,   true,  true,   true,  open},
+    {'F', "strfind",     text,   2,     "21",    1,  2,   true,  true,   true,  open},
+    {'R', "strreplace",  text,   2,     "2211",  0,  4,   true,  true,   true,  text},
+    {'D', "strdelete",   text,   2,     "",      1, -1,   false, true,   true,  text},
+    {'Y', "strinsert",   text,   2,     "21",    2,  2,   true,  true,   true,  text},
+    {'V', "R2S",         number, 2,     "1",     0,  1,   true,  true,   true,  text},
+    {'Z', "S2R",         text,   2,     "",      0, -1,   false, false,  true,  number},
+    {'N', "strsubn",     text,   2,     "21",    2,  2,   true,  true,   true,  text},
+    {'l', "left",        text,   2,     "1",     1,  1,   true,  true,   false, number},
+    {'i', "right",       text,   2,     "1",     1,  1,   true,  true,   false, number},
+    {'f', "strfindn",    text,   2,     "21",    1,  2,   true,  true,   true,  number},
+    {'j', "not",         number, 1,     "",      0, -1,   false, false,  true,  number},
+    {'h', "if",          number, 1,     "1111",  2,  4,   true,  true,   false, number},
+};
+
+// All give a number. Deliberate: "!" records fault 0, and "or" fault 2 on its right.
+constexpr OperatorRule operator_rules[] = {
+    // code      name     left   fault  right    fault
+    {'+',        "+",     number, 1,    number, 1},
+    {'-',        "-",     number, 1,    number, 1},
+    {'*',        "*",     number, 1,    number, 1},
+    {'/',        "/",     number, 1,    number, 1},
+    {'^',        "^",     number, 1,    number, 1},
+    {'!',        "!",     number, 0,    number, 1},
+    {code_like,  "like",  text,   2,    text,   2},
+    {code_equal, "equal", text,   2,    text,   2},
+    {code_and,   "and",   number, 1,    number, 1},
+    {code_or,    "or",    number, 1,    number, 2},
+    {code_ge,    ">=",    number, 1,    number, 1},
+    {code_le,    "<=",    number, 1,    number, 1},
+    {code_ne,    "<>",    number, 1,    number, 1},
+    {'>',        ">",     number, 1,    number, 1},
+    {'<',        "<",     number, 1,    number, 1},
+    {'=',        "=",     number, 1,    number, 1},
+};
+// clang-format on
+
+template <class Rule, std::size_t Count>
+constexpr std::array<const Rule*, 128> by_code(const Rule (&rules)[Count]) {
+    std::array<const Rule*, 128> rows{};
+    for (const Rule& rule : rules) rows[static_cast<unsigned char>(rule.code)] = &rule;
+    return rows;
+}
+
+constexpr auto functions_by_code = by_code(function_rules);
+constexpr auto operators_by_code = by_code(operator_rules);
+
+}  // namespace
+
+const CheckRule* rule_of_code(char code) {
+    return functions_by_code[static_cast<unsigned char>(code) & 0x7FU];
+}
+
+const OperatorRule* rule_of_operator(char code) {
+    return operators_by_code[static_cast<unsigned char>(code) & 0x7FU];
+}
+
+bool fits(int kind, int expected) {
+    if (kind == CExpressionCheck::kind_variable) return true;
+    return (kind == CExpressionCheck::kind_text) == (expected == CExpressionCheck::kind_text);
+}
+
+}  // namespace morandel

@@ -1,0 +1,41 @@
+// What the checker requires, as tables.
+
+#pragma once
+
+#include <string_view>
+
+namespace morandel {
+
+// A function's row. Adding a function means a row here and one in engine/functions.cpp.
+struct CheckRule {
+    char code;
+    const char* name;                // as records show it
+    int first_kind;                  // of the first argument
+    int first_fault;                 // recorded where it does not fit
+    std::string_view further_kinds;  // of the 2nd, 3rd ... argument; those past the end are not
+                                     // checked, '*' repeats the one before it
+    int fewest_commas;               // 0 where too few arguments are not looked for
+    int most_commas;                 // -1 where too many are not
+    bool checks_arguments;           // the further ones, by further_kinds
+    bool forgets_arguments;          // when the call ends
+    bool closes_step;
+    int result_kind;
+};
+
+const CheckRule* rule_of_code(char code);
+
+struct OperatorRule {
+    char code;
+    const char* name;
+    int left_kind;
+    int left_fault;
+    int right_kind;
+    int right_fault;
+};
+
+const OperatorRule* rule_of_operator(char code);
+
+// Whether an operand of a kind can stand where another is expected.
+bool fits(int kind, int expected);
+
+}  // namespace morandel

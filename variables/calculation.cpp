@@ -1,0 +1,118 @@
+// The batch calculation: variables wait in a queue, and one whose formula cannot be evaluated yet
+// goes back to its end.
+
+#include <cstdint>
+
+#include "engine/express.h"
+#include "variables/name_queue.h"
+#include "variables/record_store.h"
+#include "variables/variables.h"
+
+namespace morandel {
+
+class Calculation {
+  public:
+    Calculation(RecordStore& records, std::string& error, int& result_type)
+        : m_records(records), m_error(error), m_result_type(result_type) {}
+
+    bool run() {
+        register_all();
+        push_all();
+        const auto count = static_cast<std::int64_t>(m_records.size());
+        std::int64_t attempts = 0;
+        while (!m_queue.empty()) {
+            CVariableExpress& record = *m_records.find(m_queue.pop());
+            if (record.GetType() == CVariableExpress::given) {
+                hand_on(record);
+                settle(record.IsString());
+            } else if (!evaluate(record)) {
+                return false;
+            }
+            ++attempts;
+            if (attempts > count * (count + 1)) return fail();
+        }
+        return true;
+    }
+
+  private:
+    // Every variable with its stored value, in list order: what a formula sees that is evaluated
+    // before anything is settled.
+    void register_all() {
+        push_all();
+        for (int slot = 1; !m_queue.empty(); ++slot) {
+            CVariableExpress& record = *m_records.find(m_queue.pop());
+            hand_on(record);
+            m_evaluator.SetNumberOfPara(slot);
+            m_evaluator.SetPara(&m_parameter, slot, record.IsString());
+        }
+    }
+
+    void push_all() {
+        for (const CVariableExpress* record = m_records.head(); record != nullptr;
+             record = record->GetNext()) {
+            m_queue.push(RecordStore::name_of(*record));
+        }
+    }
+
+    // Fills the one parameter that all share. Deliberate: what a variable does not have stays from
+    // the one before.
+    void hand_on(CVariableExpress& record) {
+        m_parameter.name = RecordStore::name_of(record);
+        if (record.IsString()) {
+            m_parameter.strValue = record.GetStrValue();
+        } else {
+            m_parameter.value = record.GetValue();
+        }
+    }
+
+    // From the first one settled on, formulas see those settled so far and no others.
+    void settle(bool is_string) {
+        m_evaluator.SetNumberOfPara(m_settled + 1);
+        ++m_settled;
+        m_evaluator.SetPara(&m_parameter, m_settled, is_string);
+    }
+
+    // False where the formula is refused; one that fails waits for another time.
+    bool evaluate(CVariableExpress& record) {
+        std::string& formula = m_formula;
+        record.GetExp(formula);
+        if (m_evaluator.SetExpression(formula.c_str()) == 0) return fail();
+        if (m_evaluator.CalcExpression() == 0) {
+            m_queue.push(RecordStore::name_of(record));
+            return true;
+        }
+        m_result_type = m_evaluator.GetResultType();
+        m_parameter.name = RecordStore::name_of(record);
+        if (m_result_type == type_text) {
+            m_parameter.strValue = m_evaluator.m_StrResult;
+            record.SetStrValue(m_evaluator.m_StrResult);
+        } else {
+            m_parameter.value = m_evaluator.GetResult();
+            record.SetValue(m_parameter.value);
+        }
+        // Deliberate: as a number even where the result is a text; later formulas see the number
+        // that was handed on last.
+        settle(false);
+        return true;
+    }
+
+    bool fail() {
+        m_error = m_evaluator.m_ErrorMessage;
+        return false;
+    }
+
+    RecordStore& m_records;
+    std::string& m_error;
+    int& m_result_type;
+    CExpress m_evaluator;
+    MYPARA m_parameter;
+    NameQueue m_queue;
+    std::string m_formula;
+    int m_settled = 0;
+};
+
+}  // namespace morandel
+
+int CVariableExpressList::Cal() {
+    return morandel::Calculation(*m_pRecords, m_strError, m_nResultType).run() ? 1 : 0;
+}

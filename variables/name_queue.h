@@ -1,0 +1,48 @@
+// First in, first out: the names of variables that wait to be settled.
+
+#pragma once
+
+#include <deque>
+#include <string>
+#include <string_view>
+
+#include "strfuncs/string_node.h"
+
+namespace morandel {
+
+class NameQueue {
+  public:
+    [[nodiscard]] bool empty() const { return m_first == nullptr; }
+
+    void push(std::string_view name) {
+        CCStringNode* node = take_spare();
+        node->m_strText = name;
+        (m_first == nullptr ? m_first : m_last->m_pNext) = node;
+        m_last = node;
+    }
+
+    // The name that has waited longest; the text lives until the next push.
+    std::string_view pop() {
+        CCStringNode* node = m_first;
+        m_first = node->m_pNext;
+        node->m_pNext = m_spare;
+        m_spare = node;
+        return node->m_strText;
+    }
+
+  private:
+    CCStringNode* take_spare() {
+        if (m_spare == nullptr) return &m_nodes.emplace_back();
+        CCStringNode* node = m_spare;
+        m_spare = node->m_pNext;
+        node->m_pNext = nullptr;
+        return node;
+    }
+
+    std::deque<CCStringNode> m_nodes;
+    CCStringNode* m_first = nullptr;
+    CCStringNode* m_last = nullptr;
+    CCStringNode* m_spare = nullptr;
+};
+
+}  // namespace morandel
