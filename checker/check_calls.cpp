@@ -21,12 +21,6 @@ bool is_carried_by(char code, Carrier carrier) {
     return row != nullptr && row->carrier == carrier;
 }
 
-// Expected kind of the argument with that many commas before it; -1 where none is.
-int expected_kind(std::string_view kinds, std::size_t comma) {
-    if (kinds.ends_with('*')) return kinds[0] - '0';
-    return comma < kinds.size() ? kinds[comma] - '0' : -1;
-}
-
 }  // namespace
 
 // Signs and the functions of one argument.
@@ -99,7 +93,7 @@ void CExpressionCheck::CheckParameters(int commas, const CheckRule& rule) {
     for (std::size_t i = 0; i < count && i < m_argKinds.size(); ++i) {
         const std::size_t comma = count - 1 - i;
         if (comma >= m_argMarks.size()) continue;
-        const int expected = expected_kind(rule.further_kinds, comma);
+        const int expected = morandel::further_kind(rule.further_kinds, comma);
         const auto kind = static_cast<int>(m_argKinds[m_argKinds.size() - 1 - i]);
         if (expected < 0 || fits(kind, expected)) continue;
         record(rule.name, expected, static_cast<int>(comma) + 2);

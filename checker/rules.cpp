@@ -98,6 +98,22 @@ const OperatorRule* rule_of_operator(char code) {
     return operators_by_code[static_cast<unsigned char>(code) & 0x7FU];
 }
 
+int expected_kind(std::string_view name, int index) {
+    for (const CheckRule& rule : function_rules) {
+        if (name != rule.name) continue;
+        if (index < 2) return rule.first_kind;
+        return further_kind(rule.further_kinds, static_cast<std::size_t>(index) - 2);
+    }
+    const auto* rule = std::ranges::find(operator_rules, name, &OperatorRule::name);
+    if (rule == std::end(operator_rules)) return -1;
+    return index < 2 ? rule->left_kind : rule->right_kind;
+}
+
+int further_kind(std::string_view kinds, std::size_t comma) {
+    if (kinds.ends_with('*')) return kinds[0] - '0';
+    return comma < kinds.size() ? kinds[comma] - '0' : -1;
+}
+
 bool fits(int kind, int expected) {
     if (kind == CExpressionCheck::kind_variable) return true;
     return (kind == CExpressionCheck::kind_text) == (expected == CExpressionCheck::kind_text);

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace morandel {
@@ -34,6 +35,13 @@ struct OperatorRule {
 };
 
 const OperatorRule* rule_of_operator(char code);
+
+// The kind that an operand or argument of a recorded name should have, from 1; -1 for one that is
+// not checked.
+int expected_kind(std::string_view name, int index);
+
+// The kind of the argument with so many commas before it, by a rule's further_kinds; -1 likewise.
+int further_kind(std::string_view kinds, std::size_t comma);
 
 // Whether an operand of a kind can stand where another is expected.
 bool fits(int kind, int expected);

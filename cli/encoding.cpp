@@ -2,6 +2,7 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -24,6 +25,7 @@ class Converter {
     std::string convert(std::string_view& rest) {
         std::string converted;
         std::array<char, 4096> room{};
+        iconv(m_handle, nullptr, nullptr, nullptr, nullptr);  // begins anew
         while (!rest.empty()) {
             // iconv does not write to its input, whatever its signature says.
             char* in = const_cast<char*>(rest.data());
@@ -60,10 +62,17 @@ std::string byte_name(char c) {
     return text.data();
 }
 
+// Alike in both.
+bool is_ascii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 }  // namespace
 
 std::string to_gbk(std::string_view utf8) {
-    std::string gbk = Converter("CP936", "UTF-8").convert(utf8);
+    if (is_ascii(utf8)) return std::string(utf8);
+    static Converter converter("CP936", "UTF-8");
+    std::string gbk = converter.convert(utf8);
     if (utf8.empty()) return gbk;
     const std::string character{utf8.substr(0, utf8_character_size(utf8))};
     // What is no UTF-8 itself is named by its byte.
@@ -74,7 +83,9 @@ std::string to_gbk(std::string_view utf8) {
 }
 
 std::string to_utf8(std::string_view gbk) {
-    std::string utf8 = Converter("UTF-8", "CP936").convert(gbk);
+    if (is_ascii(gbk)) return std::string(gbk);
+    static Converter converter("UTF-8", "CP936");
+    std::string utf8 = converter.convert(gbk);
     if (gbk.empty()) return utf8;
     throw EncodingError("byte " + byte_name(gbk[0]) +
                         " is no whole character of code page 936, after '" + utf8 + "'");

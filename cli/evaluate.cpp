@@ -33,6 +33,13 @@ Given read_value(std::string_view value) {
     return to_gbk(value);
 }
 
+bool is_given_value(std::string_view value) {
+    double number = 0.0;
+    const bool quoted =
+        value.size() >= 2 && value.starts_with('"') && value.find('"', 1) == value.size() - 1;
+    return quoted || read_number(value, number);
+}
+
 Variable read_variable(std::string_view definition) {
     const std::size_t equals = definition.find('=');
     if (equals == std::string_view::npos || equals == 0) {
@@ -41,17 +48,24 @@ Variable read_variable(std::string_view definition) {
     return {to_gbk(definition.substr(0, equals)), read_value(definition.substr(equals + 1))};
 }
 
-void Evaluator::set_variables(const std::vector<Variable>& variables) {
+std::vector<Variable> read_variables(const std::vector<std::string>& operands) {
+    std::vector<Variable> variables;
+    for (std::size_t i = 1; i < operands.size(); ++i)
+        variables.push_back(read_variable(operands[i]));
+    return variables;
+}
+
+void declare(CExpress& express, const std::vector<Variable>& variables) {
     if (variables.size() > CExpress::max_parameters) {
         throw UsageError("at most " + std::to_string(CExpress::max_parameters) + " values");
     }
-    m_express.SetNumberOfPara(static_cast<int>(variables.size()));
+    express.SetNumberOfPara(static_cast<int>(variables.size()));
     int index = 0;
     for (const Variable& variable : variables) {
         const auto* text = std::get_if<std::string>(&variable.value);
         MYPARA para{variable.name, text != nullptr ? 0.0 : std::get<double>(variable.value),
                     text != nullptr ? *text : ""};
-        m_express.SetPara(&para, ++index, text != nullptr);
+        express.SetPara(&para, ++index, text != nullptr);
     }
 }
 
@@ -108,6 +122,14 @@ Outcome Evaluator::failure(std::string_view formula) {
         outcome.message = "no formula can begin like this";
     }
     return outcome;
+}
+
+std::vector<std::string> Evaluator::free_names() {
+    std::vector<std::string> names;
+    for (int i = 1; i <= m_express.GetVariableNum(); ++i) {
+        names.push_back(m_express.GetVariable(i, nullptr));
+    }
+    return names;
 }
 
 std::vector<FreeVariable> Evaluator::free_variables() {

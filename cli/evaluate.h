@@ -29,6 +29,14 @@ struct Variable {
 // without its quotes.
 Variable read_variable(std::string_view definition);
 Given read_value(std::string_view value);
+// All operands but the first.
+std::vector<Variable> read_variables(const std::vector<std::string>& operands);
+
+// Makes them the parameters of an evaluator; UsageError for more than it takes.
+void declare(CExpress& express, const std::vector<Variable>& variables);
+
+// Whether a value in a file or at the prompt is one by itself: a number, or a text in quotes.
+bool is_given_value(std::string_view value);
 
 // The number that a whole text reads as: decimal, with a sign and an exponent at most.
 bool read_number(std::string_view text, double& number);
@@ -52,13 +60,13 @@ struct FreeVariable {
 
 class Evaluator {
   public:
-    // At most CExpress::max_parameters of them; UsageError for more.
-    void set_variables(const std::vector<Variable>& variables);
+    void set_variables(const std::vector<Variable>& variables) { declare(m_express, variables); }
 
     // Loads a formula (UTF-8); a failed outcome tells why not.
     Outcome load(std::string_view formula);
     Outcome evaluate(std::string_view formula);
     std::vector<FreeVariable> free_variables();
+    std::vector<std::string> free_names();  // in code page 936
 
   private:
     Outcome load_converted(std::string_view formula);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <istream>
 #include <string>
+#include <string_view>
 
 namespace morandel::cli {
 
@@ -23,6 +24,14 @@ inline bool read_line(std::istream& in, std::string& line) {
     }
     if (line.ends_with('\r')) line.pop_back();
     return any;
+}
+
+// Without the white space at both ends.
+inline std::string_view trim(std::string_view text) {
+    constexpr std::string_view white_space = " \t\r\n\v\f";
+    const std::size_t first = text.find_first_not_of(white_space);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(white_space) - first + 1);
 }
 
 }  // namespace morandel::cli

@@ -36,6 +36,12 @@ constexpr Verb verbs[] = {
      morandel::cli::eval_command},
     {"vars", "list the free variables of a formula", "FORMULA", "", true, 1,
      morandel::cli::vars_command},
+    {"check", "list the faults of a formula", "FORMULA", "[name=value...]", true, any_number,
+     morandel::cli::check_command},
+    {"calc", "compute a file of variables", "FILE", "[name=value...]", true, any_number,
+     morandel::cli::calc_command},
+    {"each", "add computed columns to a CSV file", "FILE", "[name=value...]", true, any_number,
+     morandel::cli::each_command},
     {"functions", "list the functions, or tell all of one", "NAME", "", false, 1,
      morandel::cli::functions_command},
 };
@@ -48,15 +54,27 @@ const Verb* find_verb(std::string_view name) {
 // A formula may begin with a sign, so what is no option of ours goes behind "--"; and a formula
 // alone stands for eval.
 std::vector<std::string> arrange(std::vector<std::string> arguments) {
-    static constexpr std::string_view options[] = {"--json", "--help", "-h", "--version"};
+    static constexpr std::string_view flags[] = {"--json", "--help", "-h", "--version"};
+    static constexpr std::string_view options[] = {"--get", "--add", "--encoding", "--on-error"};
+    const auto is_one_of = [](const auto& names, std::string_view name) {
+        return std::ranges::find(names, name) != std::end(names);
+    };
     std::vector<std::string> front;
     std::vector<std::string> operands;
     bool only_operands = false;
-    for (std::string& argument : arguments) {
-        if (!only_operands && argument == "--") {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        std::string& argument = arguments[i];
+        const std::string_view name = std::string_view(argument).substr(0, argument.find('='));
+        if (only_operands) {
+            operands.push_back(std::move(argument));
+        } else if (argument == "--") {
             only_operands = true;
-        } else if (!only_operands && std::ranges::find(options, argument) != std::end(options)) {
+        } else if (is_one_of(flags, argument) || (is_one_of(options, name) && name != argument)) {
             front.push_back(std::move(argument));
+        } else if (is_one_of(options, argument)) {
+            // With its value, joined, since that may begin with a sign.
+            const std::string value = i + 1 < arguments.size() ? arguments[++i] : "";
+            front.push_back(argument + "=" + value);
         } else {
             operands.push_back(std::move(argument));
         }
@@ -73,6 +91,21 @@ std::vector<std::string> arrange(std::vector<std::string> arguments) {
     return arranged;
 }
 
+void add_options(CLI::App& sub, std::string_view verb, Request& request) {
+    if (verb == "calc") sub.add_option("--get", request.get, "print the value of this name alone");
+    if (verb != "each") return;
+    sub.add_option("--add", request.add, "'column = formula', as often as wanted")
+        ->required()
+        ->take_all()
+        ->allow_extra_args(false);
+    sub.add_option("--encoding", request.encoding, "of the file: utf-8 (the default) or gbk")
+        ->check(CLI::IsMember({"utf-8", "gbk"}));
+    sub.add_option(
+           "--on-error", request.on_error,
+           "when a formula fails: stop (the default), skip the row, or leave the column empty")
+        ->check(CLI::IsMember({"stop", "skip", "empty"}));
+}
+
 int run(std::vector<std::string> arguments) {
     CLI::App app("Evaluates formulas: morandel 'preci(2.675, 2) * a' a=3", "morandel");
     app.footer("Without arguments: a prompt on a terminal, a formula a line from a pipe.");
@@ -87,6 +120,7 @@ int run(std::vector<std::string> arguments) {
         operands->option_text(verb.further_operands);
         operands->expected(1, verb.most_operands);
         operands->required(verb.needs_operand);
+        add_options(*sub, verb.name, request);
     }
 
     arguments = arrange(std::move(arguments));

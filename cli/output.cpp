@@ -67,6 +67,21 @@ void print_problem(const std::string& problem) {
     (void)std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
+bool print_definition(const std::string& name, const Outcome& outcome, bool as_json) {
+    if (as_json) {
+        nlohmann::json object = outcome_json(outcome);
+        object["name"] = name;
+        print_line(object);
+    } else if (!outcome.succeeded) {
+        print_problem(name + ": " + failure_text(outcome));
+    } else if (outcome.type == type_text) {
+        print_line(name + " = \"" + outcome.text + "\"");
+    } else {
+        print_line(name + " = " + number_text(outcome.number));
+    }
+    return outcome.succeeded;
+}
+
 int print_outcome(const Outcome& outcome, bool as_json) {
     if (as_json) {
         print_line(outcome_json(outcome));

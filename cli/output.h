@@ -27,6 +27,9 @@ void print_line(const std::string& line);
 void print_line(const nlohmann::json& object);
 void print_problem(const std::string& problem);
 
+// Prints "name = value", a text in quotes; a failure goes to standard error. False for a failure.
+bool print_definition(const std::string& name, const Outcome& outcome, bool as_json);
+
 // Prints the outcome; 0 for a success, 1 for a failure, as the command exits with.
 int print_outcome(const Outcome& outcome, bool as_json);
 

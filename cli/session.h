@@ -4,9 +4,8 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "cli/evaluate.h"
+#include "cli/definitions.h"
 
 namespace morandel::cli {
 
@@ -24,11 +23,12 @@ class Session {
     bool run_line(std::string_view line);
     bool run_command(std::string_view command);
     bool assign(std::string_view name, std::string_view value);
+    bool define(std::string_view name, std::string_view formula);
+    bool check(std::string_view formula);
+    bool list_variables();
     bool fail(const std::string& problem) const;
-    void list_variables() const;
 
-    std::vector<Variable> m_variables;
-    Evaluator m_evaluator;
+    Definitions m_definitions;
     bool m_json;
     bool m_ended = false;
 };

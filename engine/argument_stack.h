@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,20 +23,32 @@ class ArgumentStack {
     // 0 is the last element, 1 the one below it.
     const Element& from_top(std::size_t depth) const { return m_slots[m_end - 1 - depth]; }
 
+    // Grows with every change of the content.
+    [[nodiscard]] std::uint64_t changes() const { return m_changes; }
+
     template <class Source>
     void push(const Source& source) {
+        ++m_changes;
         if (m_end == m_slots.size()) m_slots.emplace_back();
         m_slots[m_end] = source;
         ++m_end;
     }
 
     // Takes up to count elements from the top.
-    void pop(std::size_t count) { m_end -= std::min(count, size()); }
+    void pop(std::size_t count) {
+        const std::size_t taken = std::min(count, size());
+        m_end -= taken;
+        m_changes += taken;
+    }
 
-    void clear() { m_begin = m_end = 0; }
+    void clear() {
+        m_changes += size();
+        m_begin = m_end = 0;
+    }
 
     // Removes the elements at index, index + 2, index + 4, ...
     void remove_every_second(std::size_t index) {
+        ++m_changes;
         std::size_t kept = m_begin + index;
         for (std::size_t next = kept + 1; next < m_end; next += 2, ++kept) {
             std::swap(m_slots[kept], m_slots[next]);
@@ -47,6 +60,7 @@ class ArgumentStack {
     // that a full stack costs each evaluation only what it added.
     void drop_oldest(std::size_t limit) {
         if (size() <= limit) return;
+        ++m_changes;
         m_begin = m_end - limit;
         if (m_begin < limit) return;
         std::rotate(m_slots.begin(), slot(m_begin), slot(m_end));
@@ -60,6 +74,7 @@ class ArgumentStack {
     std::vector<Element> m_slots;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
+    std::uint64_t m_changes = 0;
 };
 
 // Further arguments of a call by their place, 0 being the second argument.

@@ -163,6 +163,10 @@ int CExpress::CalcExpression() {
     return m_Status != 0 ? 1 : 0;
 }
 
+CExpress::Memory CExpress::memory() const {
+    return {g_NumArray.changes() + m_TempStr.changes(), m_IsNumber};
+}
+
 double CExpress::GetResult() {
     return m_Status != 0 ? m_Result : 0.0;
 }

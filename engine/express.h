@@ -113,6 +113,15 @@ class MORANDEL_EXPORT CExpress {
     void serror(int n);
     void serror(morandel::Error error) { serror(static_cast<int>(error)); }
     [[nodiscard]] bool at(char code) const { return m_Token->code == code; }
+    // What an evaluation finds of earlier ones: where two are equal, the same formula with the same
+    // parameters gave and will give the same.
+    struct Memory {
+        std::uint64_t changes;  // of what is pending
+        bool is_number;
+        bool operator==(const Memory&) const = default;
+    };
+    [[nodiscard]] Memory memory() const;
+
     // The reading position as a number of tokens, and back to one.
     [[nodiscard]] std::size_t tell() const;
     void seek(std::size_t position);

@@ -1,5 +1,6 @@
 #include "tests/case_file.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <fstream>
@@ -167,17 +168,27 @@ Let read_let(std::string_view definition) {
 
 void read_line(std::string_view text, int number, std::vector<Block>& blocks) {
     if (text.starts_with('[') && text.ends_with(']')) {
-        constexpr std::string_view mark = ", in sequence";
+        constexpr std::string_view sequence_mark = ", in sequence";
+        constexpr std::string_view list_mark = ", a list";
         std::string_view name = unquote(text);
-        const bool is_sequence = name.ends_with(mark);
-        if (is_sequence) name.remove_suffix(mark.size());
-        blocks.push_back({std::string(name), is_sequence, {}});
+        const bool is_sequence = name.ends_with(sequence_mark);
+        const bool is_list = name.ends_with(list_mark);
+        if (is_sequence) name.remove_suffix(sequence_mark.size());
+        if (is_list) name.remove_suffix(list_mark.size());
+        blocks.push_back({std::string(name), is_sequence, is_list, {}});
         return;
     }
-    if (blocks.empty()) blocks.push_back({"cases", false, {}});
+    if (blocks.empty()) blocks.push_back({"cases", false, false, {}});
     Line line;
     line.number = number;
-    if (text.starts_with("let ")) {
+    const std::string_view verb = text.substr(0, text.find(' '));
+    if (blocks.back().is_list || verb == "check" || verb == "reset") {
+        const std::size_t at = std::min(text.rfind(arrow), text.size());
+        const std::string_view operand = text.substr(0, at).substr(verb.size());
+        line.verb = verb;
+        line.formula = to_bytes(unwrap(trim(operand)));
+        if (at < text.size()) line.outcome = trim(text.substr(at + arrow.size()));
+    } else if (text.starts_with("let ")) {
         line.let = read_let(text.substr(4));
     } else {
         const std::size_t at = text.rfind(arrow);

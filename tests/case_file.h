@@ -38,13 +38,16 @@ struct Line {
     std::optional<Let> let;  // either this
     std::string formula;     // or a formula with
     Expectation expectation;
+    std::string verb;     // or a call on a checker or a list, its operand in formula, with
+    std::string outcome;  // what it must give, in the words of the replay
 };
 
-// Lines under one heading. In a sequence they share an evaluator; else each formula has its own,
-// after the lets above it.
+// Lines under one heading; of "a list", all are calls on one list. In a sequence they share an
+// evaluator; else each formula has its own, after the lets above it.
 struct Block {
     std::string name;
     bool is_sequence = false;
+    bool is_list = false;
     std::vector<Line> lines;
 };
 

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "cli/encoding.h"
+#include "cli/output.h"
 #include "morandel.h"
 
 namespace morandel::cases {
@@ -37,7 +38,11 @@ class Replay {
     std::vector<std::string> run() {
         for (const Line& line : m_block.lines) {
             m_line = &line;
-            if (line.let) {
+            if (m_block.is_list) {
+                compare_words(list_outcome(m_list, line));
+            } else if (!line.verb.empty()) {
+                play_check();
+            } else if (line.let) {
                 m_lets.push_back(&*line.let);
                 if (m_block.is_sequence && m_evaluator) declare();
             } else {
@@ -52,13 +57,31 @@ class Replay {
     }
 
   private:
-    void declare() {
-        m_evaluator->SetNumberOfPara(static_cast<int>(m_lets.size()));
+    void declare() { declare(*m_evaluator); }
+
+    void declare(CExpress& e) {
+        e.SetNumberOfPara(static_cast<int>(m_lets.size()));
         int index = 0;
         for (const Let* let : m_lets) {
             MYPARA para{let->name, let->number, let->text};
-            expect(m_evaluator->SetPara(&para, ++index, let->is_text) == 1, "SetPara failed");
+            expect(e.SetPara(&para, ++index, let->is_text) == 1, "SetPara failed");
         }
+    }
+
+    void play_check() {
+        if (!m_block.is_sequence || !m_check) {
+            m_check = std::make_unique<CExpressionCheck>();
+            declare(*m_check);
+        }
+        if (m_line->verb == "reset") {
+            m_check->Reset();
+        } else {
+            compare_words(check_outcome(*m_check, m_line->formula));
+        }
+    }
+
+    void compare_words(const std::string& found) {
+        expect(found == m_line->outcome, "gave \"" + found + "\" for \"" + m_line->outcome + '"');
     }
 
     void play() {
@@ -140,10 +163,83 @@ class Replay {
     const Line* m_line = nullptr;
     std::vector<const Let*> m_lets;
     std::unique_ptr<CExpress> m_evaluator;
+    std::unique_ptr<CExpressionCheck> m_check;
+    CVariableExpressList m_list;
     std::vector<std::string> m_problems;
 };
 
 }  // namespace
+
+std::string check_outcome(CExpressionCheck& check, const std::string& formula) {
+    const bool faulty = check.CheckExpression(formula.c_str());
+    std::string words;
+    for (const CheckexpressionError& fault : check.m_errors) {
+        words += words.empty() ? "" : ", ";
+        words += fault.strName + ' ' + std::to_string(fault.nType) + '/' +
+                 std::to_string(fault.nIndex) + '@' + std::to_string(fault.nPosition);
+    }
+    if (words.empty()) words = faulty ? cli::to_utf8(check.m_current.strName) : "ok";
+    if (check.m_resultKind != CExpressionCheck::kind_number) {
+        words += "; kind " + std::to_string(check.m_resultKind);
+    }
+    if (check.m_step != -1) words += "; open " + std::to_string(check.m_step + 1);
+    if (check.GetErrorNumber() >= 0) words += "; error " + std::to_string(check.GetErrorNumber());
+    return words;
+}
+
+namespace {
+
+std::string number_words(double number) {
+    return cli::number_text(number);
+}
+
+std::string error_words(const std::string& message) {
+    for (const auto& [number, text] : error_table()) {
+        if (text == message) return "; error " + std::to_string(number);
+    }
+    return message.empty() ? "" : "; error without number";
+}
+
+// "name = number", "name = \"text\"" or "name := formula"
+std::string append_words(CVariableExpressList& list, const std::string& definition) {
+    const std::size_t equals = definition.find('=');
+    const bool computed = definition[equals - 1] == ':';
+    std::string name = definition.substr(0, equals - (computed ? 1 : 0));
+    name.erase(name.find_last_not_of(' ') + 1);
+    std::string value = definition.substr(equals + 1);
+    value.erase(0, value.find_first_not_of(' '));
+    if (computed) {
+        list.Append(CVariableExpress::computed, name.c_str(), 0.0, value.c_str());
+    } else if (value.starts_with('"')) {
+        value = value.substr(1, value.size() - 2);
+        list.AppendString(CVariableExpress::given, name.c_str(), value.c_str(), "");
+    } else {
+        list.Append(CVariableExpress::given, name.c_str(), std::strtod(value.c_str(), nullptr), "");
+    }
+    return "";
+}
+
+}  // namespace
+
+std::string list_outcome(CVariableExpressList& list, const Line& line) {
+    const char* name = line.formula.c_str();
+    if (line.verb == "append") return append_words(list, line.formula);
+    if (line.verb == "free") return std::to_string(list.Free());
+    if (line.verb == "delete") return std::to_string(list.DeleteOneNodeByName(name));
+    if (line.verb == "value") return number_words(list.FindByNameAndGetValue(name));
+    if (line.verb == "text") return '"' + cli::to_utf8(list.FindByNameAndGetStrValue(name)) + '"';
+    if (line.verb == "type") return std::to_string(list.m_nResultType);
+    if (line.verb == "cal") {
+        const int result = list.Cal();
+        return std::to_string(result) + (result == 1 ? "" : error_words(list.m_strError));
+    }
+    if (line.verb != "find") return "no such call";
+    CVariableExpress* record = list.FindByName(name);
+    if (record == nullptr) return "nothing";
+    std::string found;
+    record->GetName(found);
+    return cli::to_utf8(found);
+}
 
 std::vector<std::string> replay(const Block& block) {
     return Replay(block).run();

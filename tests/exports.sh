@@ -3,7 +3,7 @@
 # system's own.
 set -u
 library=$2/libmorandel.so
-allowed='^(CExpress::|CCStringNode::|morandel::(functions|find_function|error_table|error_message|number_to_text)\()'
+allowed='^((typeinfo|typeinfo name|vtable) for CExpressionCheck$|(CExpress|CExpressionCheck|CVariableExpress|CVariableExpressList|CCStringNode)::|morandel::(functions|find_function|error_table|error_message|number_to_text)\()'
 shown=$(nm -DC --defined-only "$library" | sed -E 's/^[0-9a-f]+ [A-Za-z] //')
 unwanted=$(grep -vE "$allowed" <<<"$shown")
 if [ -n "$unwanted" ]; then
@@ -11,6 +11,7 @@ if [ -n "$unwanted" ]; then
     exit 1
 fi
 for name in 'CExpress::SetExpression(char const\*)' 'CExpress::GetStatu()' 'CExpress::CExpress()' \
+    'CExpressionCheck::CheckExpression(char const\*)' 'CVariableExpressList::Cal()' \
     'CCStringNode::CCStringNode(char const\*)' 'morandel::number_to_text(double'; do
     grep -q "^$name" <<<"$shown" || { echo "libmorandel.so does not show $name"; exit 1; }
 done

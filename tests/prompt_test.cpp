@@ -24,10 +24,15 @@ bool terminals_exist() {
     return true;
 }
 
+// The mount stays inside this process: first nothing may spread from here.
 bool make_terminals() {
-    return unshare(CLONE_NEWNS) == 0 &&
-           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount("devpts", "/dev/pts", "devpts", 0, "ptmxmode=0666,mode=620") == 0 &&
+    if (unshare(CLONE_NEWNS) != 0) return false;
+    const auto keep_inside = [](const char* folder) {
+        return mount("none", folder, nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    };
+    // In a chroot only /dev may be a mount.
+    if (!keep_inside("/") && !keep_inside("/dev")) return false;
+    return mount("devpts", "/dev/pts", "devpts", 0, "ptmxmode=0666,mode=620") == 0 &&
            terminals_exist();
 }
 
@@ -88,6 +93,7 @@ class Terminal {
   private:
     // Reads what comes next; false at the end, or when nothing comes for ten seconds.
     bool reads() {
+        if (m_terminal < 0) return false;
         pollfd ready{m_terminal, POLLIN, 0};
         if (poll(&ready, 1, 10'000) <= 0) return false;
         std::array<char, 4096> room{};

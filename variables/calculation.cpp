@@ -10,6 +10,8 @@
 
 namespace morandel {
 
+// Settles one list. That is bounded by n * (n + 1) attempts; of those that cannot change anything
+// any more, all but the last few are not made.
 class Calculation {
   public:
     Calculation(RecordStore& records, std::string& error, int& result_type)
@@ -29,12 +31,34 @@ class Calculation {
                 return false;
             }
             ++attempts;
+            attempts += attempts_without_effect(count * (count + 1) - attempts);
             if (attempts > count * (count + 1)) return fail();
         }
         return true;
     }
 
   private:
+    struct Evaluator : CExpress {
+        using CExpress::Memory;
+        using CExpress::memory;
+    };
+
+    // When all that wait have failed one after the other, and have left nothing behind that could
+    // make a difference, they will fail the same way again, round after round. How many whole
+    // rounds of that fit into the attempts that are left.
+    std::int64_t attempts_without_effect(std::int64_t left) {
+        if (m_round_left > 0) --m_round_left;
+        if (m_round_left > 0 || m_queue.empty()) return 0;
+        const auto round = static_cast<std::int64_t>(m_queue.size());
+        const Evaluator::Memory memory = m_evaluator.memory();
+        const bool settled_none = m_round_settled == m_settled;
+        const bool repeats = settled_none && memory == m_round_memory;
+        m_round_left = round;
+        m_round_settled = m_settled;
+        m_round_memory = memory;
+        return repeats && left > 0 ? left / round * round : 0;
+    }
+
     // Every variable with its stored value, in list order: what a formula sees that is evaluated
     // before anything is settled.
     void register_all() {
@@ -104,11 +128,16 @@ class Calculation {
     RecordStore& m_records;
     std::string& m_error;
     int& m_result_type;
-    CExpress m_evaluator;
+    Evaluator m_evaluator;
     MYPARA m_parameter;
     NameQueue m_queue;
     std::string m_formula;
     int m_settled = 0;
+
+    // The round of attempts under way: how many of it are left, and what it began with.
+    std::int64_t m_round_left = 0;
+    int m_round_settled = -1;
+    Evaluator::Memory m_round_memory{};
 };
 
 }  // namespace morandel

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -13,12 +14,14 @@ namespace morandel {
 class NameQueue {
   public:
     [[nodiscard]] bool empty() const { return m_first == nullptr; }
+    [[nodiscard]] std::size_t size() const { return m_size; }
 
     void push(std::string_view name) {
         CCStringNode* node = take_spare();
         node->m_strText = name;
         (m_first == nullptr ? m_first : m_last->m_pNext) = node;
         m_last = node;
+        ++m_size;
     }
 
     // The name that has waited longest; the text lives until the next push.
@@ -27,6 +30,7 @@ class NameQueue {
         m_first = node->m_pNext;
         node->m_pNext = m_spare;
         m_spare = node;
+        --m_size;
         return node->m_strText;
     }
 
@@ -43,6 +47,7 @@ class NameQueue {
     CCStringNode* m_first = nullptr;
     CCStringNode* m_last = nullptr;
     CCStringNode* m_spare = nullptr;
+    std::size_t m_size = 0;
 };
 
 }  // namespace morandel

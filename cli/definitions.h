@@ -1,0 +1,61 @@
+// Names with given values and names with formulas over other names, computed as they are needed.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "cli/evaluate.h"
+
+namespace morandel::cli {
+
+// Whether a value can be given to a name like this; formulas know more names.
+bool is_plain_name(std::string_view name);
+
+// A line "name = value" or "name := formula".
+struct Definition {
+    std::string name;     // code page 936
+    Given value;          // of a given one
+    std::string formula;  // UTF-8, of a computed one
+    bool is_computed = false;
+    int line = 0;  // where it stands, for those that come from a file
+};
+
+class Definitions {
+  public:
+    // Replaces a definition of the same name, in its place.
+    void set(Definition definition);
+    [[nodiscard]] bool has(const std::string& name) const { return m_places.contains(name); }
+
+    [[nodiscard]] std::size_t size() const { return m_items.size(); }
+    [[nodiscard]] const Definition& operator[](std::size_t place) const {
+        return m_items[place].definition;
+    }
+
+    // The value of a name by its place, computed with all that it needs.
+    Outcome value(std::size_t place);
+    // The value of a formula over the names.
+    Outcome evaluate(std::string_view formula);
+
+  private:
+    enum class State { waiting, entered, settled };
+
+    struct Item {
+        Definition definition;
+        std::vector<std::string> needs;  // names that its formula uses
+        State state = State::waiting;
+        Outcome outcome;
+    };
+
+    void settle(std::size_t place);
+    const std::string* unsettled_need(const Item& item) const;
+    Outcome compute(std::string_view formula, const std::vector<std::string>& names);
+
+    std::vector<Item> m_items;
+    std::unordered_map<std::string, std::size_t> m_places;
+    Evaluator m_evaluator;
+};
+
+}  // namespace morandel::cli
