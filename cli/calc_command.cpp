@@ -133,8 +133,8 @@ int calc_command(const Request& request) {
         const Outcome outcome = definitions.value(place);
         if (outcome.succeeded) continue;
         status = 1;
-        print_problem((file == "-" ? "standard input" : file) + ":" + std::to_string(definitions[place].line) + ": " +
-                      failure_text(outcome));
+        print_problem((file == "-" ? "standard input" : file) + ":" +
+                      std::to_string(definitions[place].line) + ": " + failure_text(outcome));
     }
     for (std::size_t place = 0; status == 0 && place < definitions.size(); ++place) {
         print_definition(to_utf8(definitions[place].name), definitions.value(place), request.json);

@@ -60,6 +60,8 @@ class Parser {
     Parser() {
         if (csv_init(&m_parser, CSV_REPALL_NL) != 0)
             throw std::runtime_error("libcsv does not start");
+        // A field grows by so much at a time.
+        csv_set_blk_size(&m_parser, std::size_t{1} << 20);
         // Blanks around a field belong to it.
         csv_set_space_func(&m_parser, [](unsigned char) { return 0; });
     }

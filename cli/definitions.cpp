@@ -47,7 +47,9 @@ void Definitions::set(Definition definition) {
     if (item.definition.is_computed && m_evaluator.load(item.definition.formula).succeeded) {
         item.needs = m_evaluator.free_names();
     }
+    if (!m_any_settled) return;
     for (Item& other : m_items) other.state = State::waiting;
+    m_any_settled = false;
 }
 
 Outcome Definitions::value(std::size_t place) {
@@ -68,6 +70,7 @@ Outcome Definitions::evaluate(std::string_view formula) {
 
 // Settles what a name needs before the name, without recursion: chains may be long.
 void Definitions::settle(std::size_t place) {
+    m_any_settled = true;
     std::vector<std::size_t> path{place};
     while (!path.empty()) {
         Item& item = m_items[path.back()];

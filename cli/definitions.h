@@ -55,6 +55,7 @@ class Definitions {
 
     std::vector<Item> m_items;
     std::unordered_map<std::string, std::size_t> m_places;
+    bool m_any_settled = false;
     Evaluator m_evaluator;
 };
 

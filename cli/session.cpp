@@ -40,6 +40,7 @@ bool Session::run_line(std::string_view line) {
         const bool computed = equals > 0 && line[equals - 1] == ':';
         const std::string_view name = trim(line.substr(0, computed ? equals - 1 : equals));
         const std::string_view rest = trim(line.substr(equals + 1));
+        if (find_word(name) != nullptr) return fail(std::string(name) + " has a meaning already");
         if (computed) return define(name, rest);
         if (is_plain_name(name)) return assign(name, rest);
     }
