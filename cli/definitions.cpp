@@ -59,7 +59,7 @@ Outcome Definitions::value(std::size_t place) {
 
 Outcome Definitions::evaluate(std::string_view formula) {
     m_evaluator.set_variables({});
-    const Outcome loaded = m_evaluator.load(formula);
+    Outcome loaded = m_evaluator.load(formula);
     if (!loaded.succeeded) return loaded;
     const std::vector<std::string> names = m_evaluator.free_names();
     for (const std::string& name : names) {

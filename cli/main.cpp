@@ -64,20 +64,18 @@ std::vector<std::string> arrange(std::vector<std::string> arguments) {
     bool only_operands = false;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         std::string& argument = arguments[i];
-        const std::string_view name = std::string_view(argument).substr(0, argument.find('='));
-        if (only_operands) {
-            operands.push_back(std::move(argument));
-        } else if (argument == "--") {
+        if (argument == "--" && !only_operands) {
             only_operands = true;
-        } else if (is_one_of(flags, argument) || (is_one_of(options, name) && name != argument)) {
-            front.push_back(std::move(argument));
-        } else if (is_one_of(options, argument)) {
-            // With its value, joined, since that may begin with a sign.
-            const std::string value = i + 1 < arguments.size() ? arguments[++i] : "";
-            front.push_back(argument + "=" + value);
-        } else {
-            operands.push_back(std::move(argument));
+            continue;
         }
+        const std::string name = argument.substr(0, argument.find('='));
+        const bool is_option = !only_operands && is_one_of(options, name);
+        const bool is_flag = !only_operands && is_one_of(flags, argument);
+        // An option and its value are joined, since that may begin with a sign.
+        if (is_option && name == argument && i + 1 < arguments.size()) {
+            argument.append("=").append(arguments[++i]);
+        }
+        (is_option || is_flag ? front : operands).push_back(std::move(argument));
     }
     std::vector<std::string> arranged;
     if (!operands.empty()) {
