@@ -107,14 +107,14 @@ std::vector<std::pair<std::string, int>> read_variables(std::string_view list) {
     return variables;
 }
 
-// One part of an outcome; the parts are separated by semicolons.
-void read_part(std::string_view part, Expectation& e) {
-    const std::size_t blank = part.find(' ');
-    const std::string_view word = part.substr(0, blank);
+// One item of an outcome; semicolons stand between them.
+void read_item(std::string_view item, Expectation& e) {
+    const std::size_t blank = item.find(' ');
+    const std::string_view word = item.substr(0, blank);
     const std::string_view rest =
-        blank == std::string_view::npos ? "" : trim(part.substr(blank + 1));
-    if (is_quoted(part)) {
-        e.text = to_bytes(unquote(part));
+        blank == std::string_view::npos ? "" : trim(item.substr(blank + 1));
+    if (is_quoted(item)) {
+        e.text = to_bytes(unquote(item));
         if (!e.type) e.type = 2;
     } else if (word == "error") {
         e.error = read_integer(rest);
@@ -135,7 +135,7 @@ void read_part(std::string_view part, Expectation& e) {
         e.number = read_number(rest);
         e.type = 1;
     } else {
-        e.number = read_number(part);
+        e.number = read_number(item);
         if (!e.type) e.type = 1;
     }
 }
@@ -147,7 +147,7 @@ Expectation read_expectation(std::string_view text) {
     for (std::size_t i = 0; i <= text.size(); ++i) {
         if (i < text.size() && text[i] == '"') quoted = !quoted;
         if (i < text.size() && (text[i] != ';' || quoted)) continue;
-        read_part(trim(text.substr(begin, i - begin)), e);
+        read_item(trim(text.substr(begin, i - begin)), e);
         begin = i + 1;
     }
     return e;

@@ -47,7 +47,8 @@ void register_file(const std::filesystem::path& file) {
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(MORANDEL_SOURCES "/tests/cases")) {
+    for (const auto& entry :
+         std::filesystem::directory_iterator(MORANDEL_SOURCE_FOLDER "/tests/cases")) {
         if (entry.path().extension() == ".cases") files.push_back(entry.path());
     }
     std::ranges::sort(files);

@@ -1,7 +1,6 @@
 // The checker's object, beyond what a case file can say.
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <random>
 #include <stdexcept>
@@ -10,6 +9,7 @@
 #include "checker/rules.h"
 #include "engine/tokenizer.h"
 #include "morandel.h"
+#include "tests/small_stack.h"
 
 namespace {
 
@@ -124,12 +124,6 @@ TEST(Checker, RandomFormulasDoNotBreakIt) {
     EXPECT_EQ(check.m_errors.size(), 1U);
 }
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t stack_size = std::size_t{2} * 1024 * 1024;
-#else
-constexpr std::size_t stack_size = std::size_t{128} * 1024;
-#endif
-
 TEST(Checker, TheDeepestFormulaNeedsASmallStack) {
     const auto run = [](void*) -> void* {
         CExpressionCheck check;
@@ -147,13 +141,7 @@ TEST(Checker, TheDeepestFormulaNeedsASmallStack) {
         EXPECT_EQ(check.GetStatu(), 1);
         return nullptr;
     };
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack_size), 0);
-    pthread_t thread{};
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, nullptr), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
+    morandel::tests::run_on_small_stack(run);
 }
 
 }  // namespace

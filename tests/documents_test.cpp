@@ -27,9 +27,9 @@ std::string contents(const fs::path& file) {
 }
 
 std::vector<fs::path> documents() {
-    std::vector<fs::path> files{fs::path(MORANDEL_SOURCES) / "README.md"};
+    std::vector<fs::path> files{fs::path(MORANDEL_SOURCE_FOLDER) / "README.md"};
     for (const auto& entry :
-         fs::recursive_directory_iterator(fs::path(MORANDEL_SOURCES) / "docs")) {
+         fs::recursive_directory_iterator(fs::path(MORANDEL_SOURCE_FOLDER) / "docs")) {
         if (entry.path().extension() == ".md") files.push_back(entry.path());
     }
     return files;
@@ -98,7 +98,7 @@ std::map<int, std::string> error_rows(const fs::path& file) {
 
 TEST(Documents, TheErrorTablesAreTheLibrarys) {
     for (const char* name : {"docs/errors.md", "docs/zh/errors.md"}) {
-        const auto rows = error_rows(fs::path(MORANDEL_SOURCES) / name);
+        const auto rows = error_rows(fs::path(MORANDEL_SOURCE_FOLDER) / name);
         EXPECT_EQ(rows.size(), morandel::error_table().size()) << name;
         for (const auto& [number, message] : rows) {
             const auto bytes = morandel::error_message(number);

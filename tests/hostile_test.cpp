@@ -2,7 +2,6 @@
 // the object answers afterwards.
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <array>
 #include <bit>
@@ -14,6 +13,7 @@
 #include <vector>
 
 #include "morandel.h"
+#include "tests/small_stack.h"
 
 namespace {
 
@@ -174,13 +174,6 @@ std::vector<std::string> deep_formulas() {
     return formulas;
 }
 
-#if defined(__SANITIZE_ADDRESS__)
-// Frames are several times as large under the sanitizers.
-constexpr std::size_t stack_size = std::size_t{2} * 1024 * 1024;
-#else
-constexpr std::size_t stack_size = std::size_t{128} * 1024;
-#endif
-
 TEST(Hostile, TheDeepestFormulaNeedsASmallStack) {
     const auto run = [](void*) -> void* {
         CExpress e;
@@ -193,13 +186,7 @@ TEST(Hostile, TheDeepestFormulaNeedsASmallStack) {
         ASSERT_LE(formula.size(), 512U);
         ASSERT_EQ(e.SetExpression(formula.c_str()), 1) << formula;
     }
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack_size), 0);
-    pthread_t thread{};
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, nullptr), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
+    morandel::tests::run_on_small_stack(run);
 }
 
 }  // namespace
