@@ -53,8 +53,8 @@ void CExpressionCheck::CheckStringFunction(char code, int& kind) {
 
 void CExpressionCheck::check_operator(char code, int& left, int right) {
     const OperatorRule& rule = *morandel::rule_of_operator(code);
-    if (!fits(left, rule.left_kind)) record(rule.name, rule.left_fault, 1);
-    if (!fits(right, rule.right_kind)) record(rule.name, rule.right_fault, 2);
+    if (!fits(left, rule.kind)) record(rule.name, rule.left_fault, 1);
+    if (!fits(right, rule.kind)) record(rule.name, rule.right_fault, 2);
     InitStep();
     left = kind_number;
 }

@@ -58,23 +58,23 @@ constexpr CheckRule function_rules[] = {
 
 // All give a number. Deliberate: "!" records fault 0, and "or" fault 2 on its right.
 constexpr OperatorRule operator_rules[] = {
-    // code      name     left   fault  right    fault
-    {'+',        "+",     number, 1,    number, 1},
-    {'-',        "-",     number, 1,    number, 1},
-    {'*',        "*",     number, 1,    number, 1},
-    {'/',        "/",     number, 1,    number, 1},
-    {'^',        "^",     number, 1,    number, 1},
-    {'!',        "!",     number, 0,    number, 1},
-    {code_like,  "like",  text,   2,    text,   2},
-    {code_equal, "equal", text,   2,    text,   2},
-    {code_and,   "and",   number, 1,    number, 1},
-    {code_or,    "or",    number, 1,    number, 2},
-    {code_ge,    ">=",    number, 1,    number, 1},
-    {code_le,    "<=",    number, 1,    number, 1},
-    {code_ne,    "<>",    number, 1,    number, 1},
-    {'>',        ">",     number, 1,    number, 1},
-    {'<',        "<",     number, 1,    number, 1},
-    {'=',        "=",     number, 1,    number, 1},
+    // code      name     kind    faults: left, right
+    {'+',        "+",     number, 1, 1},
+    {'-',        "-",     number, 1, 1},
+    {'*',        "*",     number, 1, 1},
+    {'/',        "/",     number, 1, 1},
+    {'^',        "^",     number, 1, 1},
+    {'!',        "!",     number, 0, 1},
+    {code_like,  "like",  text,   2, 2},
+    {code_equal, "equal", text,   2, 2},
+    {code_and,   "and",   number, 1, 1},
+    {code_or,    "or",    number, 1, 2},
+    {code_ge,    ">=",    number, 1, 1},
+    {code_le,    "<=",    number, 1, 1},
+    {code_ne,    "<>",    number, 1, 1},
+    {'>',        ">",     number, 1, 1},
+    {'<',        "<",     number, 1, 1},
+    {'=',        "=",     number, 1, 1},
 };
 // clang-format on
 
@@ -105,8 +105,7 @@ int expected_kind(std::string_view name, int index) {
         return further_kind(rule.further_kinds, static_cast<std::size_t>(index) - 2);
     }
     const auto* rule = std::ranges::find(operator_rules, name, &OperatorRule::name);
-    if (rule == std::end(operator_rules)) return -1;
-    return index < 2 ? rule->left_kind : rule->right_kind;
+    return rule == std::end(operator_rules) ? -1 : rule->kind;
 }
 
 int further_kind(std::string_view kinds, std::size_t comma) {

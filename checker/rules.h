@@ -28,9 +28,8 @@ const CheckRule* rule_of_code(char code);
 struct OperatorRule {
     char code;
     const char* name;
-    int left_kind;
+    int kind;  // of both operands
     int left_fault;
-    int right_kind;
     int right_fault;
 };
 
