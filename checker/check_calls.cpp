@@ -66,7 +66,7 @@ void CExpressionCheck::check_call(const CheckRule& rule, int& kind) {
         const int commas = CountCommaCheck();
         CheckShortParameters(commas, rule.fewest_commas, rule.name);
         if (rule.most_commas >= 0) CheckExtraParameters(commas, rule.most_commas, rule.name);
-        if (rule.checks_arguments) CheckParameters(commas, rule);
+        CheckParameters(commas, rule);
         forget_arguments(commas);
     }
     if (rule.closes_step) InitStep();

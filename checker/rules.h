@@ -17,7 +17,6 @@ struct CheckRule {
                                      // checked, '*' repeats the one before it
     int fewest_commas;               // 0 where too few arguments are not looked for
     int most_commas;                 // -1 where too many are not
-    bool checks_arguments;           // the further ones, by further_kinds
     bool forgets_arguments;          // when the call ends
     bool closes_step;
     int result_kind;
