@@ -5,7 +5,6 @@
 #include "engine/express.h"
 #include "engine/functions.h"
 
-using morandel::Carrier;
 using morandel::CONSTANT;
 using morandel::Error;
 using morandel::ExtraArguments;
