@@ -22,7 +22,7 @@ std::size_t cells_of(std::string_view utf8) {
     for (const char c : utf8) {
         const auto byte = static_cast<unsigned char>(c);
         if (byte >= 0x80 && byte < 0xC0) continue;  // not the first byte of a character
-        // From U+2E80 on, which UTF-8 begins with E2 BA at the least; E2 itself is punctuation.
+        // From U+3000 on, where UTF-8 begins with E3.
         cells += byte >= 0xE3 ? 2 : 1;
     }
     return cells;

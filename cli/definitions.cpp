@@ -22,11 +22,6 @@ Outcome outcome_of(const Given& value) {
     return outcome;
 }
 
-Given given_of(const Outcome& outcome) {
-    if (outcome.type == type_text) return to_gbk(outcome.text);
-    return outcome.number;
-}
-
 }  // namespace
 
 bool is_plain_name(std::string_view name) {
@@ -44,9 +39,7 @@ void Definitions::set(Definition definition) {
     Item& item = m_items[place->second];
     item.definition = std::move(definition);
     item.needs.clear();
-    if (item.definition.is_computed && m_evaluator.load(item.definition.formula).succeeded) {
-        item.needs = m_evaluator.free_names();
-    }
+    if (item.definition.is_computed) read_needs(item.definition.formula, item.needs);
     if (!m_any_settled) return;
     for (Item& other : m_items) other.state = State::waiting;
     m_any_settled = false;
@@ -57,11 +50,18 @@ Outcome Definitions::value(std::size_t place) {
     return m_items[place].outcome;
 }
 
-Outcome Definitions::evaluate(std::string_view formula) {
+// The names that a formula uses: all of them are free where none is a parameter.
+Outcome Definitions::read_needs(std::string_view formula, std::vector<std::string>& names) {
     m_evaluator.set_variables({});
     Outcome loaded = m_evaluator.load(formula);
+    if (loaded.succeeded) names = m_evaluator.free_names();
+    return loaded;
+}
+
+Outcome Definitions::evaluate(std::string_view formula) {
+    std::vector<std::string> names;
+    Outcome loaded = read_needs(formula, names);
     if (!loaded.succeeded) return loaded;
-    const std::vector<std::string> names = m_evaluator.free_names();
     for (const std::string& name : names) {
         if (const auto place = m_places.find(name); place != m_places.end()) settle(place->second);
     }

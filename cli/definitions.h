@@ -49,6 +49,7 @@ class Definitions {
         Outcome outcome;
     };
 
+    Outcome read_needs(std::string_view formula, std::vector<std::string>& names);
     void settle(std::size_t place);
     const std::string* unsettled_need(const Item& item) const;
     Outcome compute(std::string_view formula, const std::vector<std::string>& names);

@@ -24,6 +24,11 @@ Outcome failed(std::string message) {
     return outcome;
 }
 
+Given given_of(const Outcome& outcome) {
+    if (outcome.type == type_text) return to_gbk(outcome.text);
+    return outcome.number;
+}
+
 Given read_value(std::string_view value) {
     double number = 0.0;
     if (read_number(value, number)) return number;

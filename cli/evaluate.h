@@ -50,6 +50,9 @@ struct Outcome {
     std::string message;  // UTF-8, of a failure
 };
 
+// The result of a success, to be given to a name.
+Given given_of(const Outcome& outcome);
+
 // The outcome of what did not come to the library.
 Outcome failed(std::string message);
 

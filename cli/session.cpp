@@ -69,11 +69,7 @@ bool Session::assign(std::string_view name, std::string_view value) {
     } else {
         const Outcome outcome = m_definitions.evaluate(value);
         if (!outcome.succeeded) return print_outcome(outcome, m_json) == 0;
-        if (outcome.type == type_text) {
-            definition.value = to_gbk(outcome.text);
-        } else {
-            definition.value = outcome.number;
-        }
+        definition.value = given_of(outcome);
     }
     m_definitions.set(std::move(definition));
     return true;

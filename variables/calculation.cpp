@@ -98,9 +98,8 @@ class Calculation {
 
     // False where the formula is refused; one that fails waits for another time.
     bool evaluate(CVariableExpress& record) {
-        std::string& formula = m_formula;
-        record.GetExp(formula);
-        if (m_evaluator.SetExpression(formula.c_str()) == 0) return fail();
+        record.GetExp(m_formula);
+        if (m_evaluator.SetExpression(m_formula.c_str()) == 0) return fail();
         if (m_evaluator.CalcExpression() == 0) {
             m_queue.push(RecordStore::name_of(record));
             return true;
