@@ -11,6 +11,7 @@
 #include "cli/encoding.h"
 #include "cli/lines.h"
 #include "cli/output.h"
+#include "cli/system.h"
 
 namespace morandel::cli {
 namespace {
@@ -91,8 +92,9 @@ class Reader {
 
 bool read_file(const std::string& file, Definitions& definitions) {
     if (file == "-") return Reader(definitions, "standard input").read(std::cin);
-    std::ifstream in(file, std::ios::binary);
-    if (!in || std::filesystem::is_directory(file)) throw std::runtime_error("cannot read " + file);
+    const std::filesystem::path path = to_path(file);
+    std::ifstream in(path, std::ios::binary);
+    if (!in || std::filesystem::is_directory(path)) throw std::runtime_error("cannot read " + file);
     return Reader(definitions, file).read(in);
 }
 

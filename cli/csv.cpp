@@ -1,106 +1,132 @@
 #include "cli/csv.h"
 
-#include <csv.h>
-
-#include <array>
-#include <exception>
 #include <stdexcept>
 
 namespace morandel::cli {
 namespace {
 
-// What libcsv's callbacks work on. They are C, so an exception waits here until parsing is over.
-struct Reading {
-    explicit Reading(const std::function<bool(Row&, std::uint64_t)>& callback) : on_row(callback) {}
-
-    const std::function<bool(Row&, std::uint64_t)>& on_row;
-    Row row;
-    std::size_t columns = 0;  // of the first row
-    std::uint64_t read_so_far = 0;
-    std::size_t row_size = 0;
-    bool after_return = false;  // the row before ended with CR, so a LF now belongs to it
-    bool ended = false;
-    std::exception_ptr problem;
-};
-
-void take_field(void* field, std::size_t size, void* data) {
-    auto& reading = *static_cast<Reading*>(data);
-    reading.after_return = false;
-    if (reading.ended) return;
-    try {
-        reading.row.emplace_back(static_cast<const char*>(field), size);
-    } catch (...) {
-        reading.problem = std::current_exception();
-        reading.ended = true;
-    }
-}
-
-void take_row(int end, void* data) {
-    auto& reading = *static_cast<Reading*>(data);
-    reading.row_size = 0;
-    const bool rest_of_end = reading.after_return && end == '\n' && reading.row.empty();
-    reading.after_return = end == '\r';
-    if (reading.ended || rest_of_end) return;
-    try {
-        if (reading.row.empty()) {
-            if (reading.columns != 1 || end < 0) return;
-            reading.row.emplace_back();
-        }
-        if (reading.columns == 0) reading.columns = reading.row.size();
-        if (!reading.on_row(reading.row, reading.read_so_far)) reading.ended = true;
-        reading.row.clear();
-    } catch (...) {
-        reading.problem = std::current_exception();
-        reading.ended = true;
-    }
-}
-
+// Takes the text byte by byte, in pieces of any size. A quote begins a quoted field only at the
+// field's start; a doubled quote in there stands for one, and what follows the closing quote
+// belongs to the field as if it had not closed.
 class Parser {
   public:
-    Parser() {
-        if (csv_init(&m_parser, CSV_REPALL_NL) != 0)
-            throw std::runtime_error("libcsv does not start");
-        // A field grows by so much at a time.
-        csv_set_blk_size(&m_parser, std::size_t{1} << 20);
-        // Blanks around a field belong to it.
-        csv_set_space_func(&m_parser, [](unsigned char) { return 0; });
-    }
-    ~Parser() { csv_free(&m_parser); }
-    Parser(const Parser&) = delete;
-    Parser& operator=(const Parser&) = delete;
+    explicit Parser(const std::function<bool(Row&, std::uint64_t)>& on_row) : m_on_row(on_row) {}
 
-    void parse(const char* text, std::size_t size, Reading& reading) {
-        if (csv_parse(&m_parser, text, size, take_field, take_row, &reading) != size) fail();
+    // False when on_row wants no more.
+    bool parse(std::string_view text, std::uint64_t read_so_far) {
+        for (const char c : text) {
+            if (!take(c, read_so_far)) return false;
+            if (++m_row_size > longest_row) {
+                throw std::runtime_error("a row is longer than 16 MiB; is a quote not closed?");
+            }
+        }
+        return true;
     }
-    void finish(Reading& reading) {
-        if (csv_fini(&m_parser, take_field, take_row, &reading) != 0) fail();
+
+    void finish(std::uint64_t read_so_far) {
+        if (m_state != State::row_start) end_row(read_so_far);
     }
 
   private:
-    [[noreturn]] void fail() { throw std::runtime_error(csv_strerror(csv_error(&m_parser))); }
+    enum class State { row_start, field_start, plain, quoted, quote_in_quoted };
 
-    csv_parser m_parser{};
+    bool take(char c, std::uint64_t read_so_far) {
+        const bool rest_of_end = m_after_return && c == '\n';
+        m_after_return = false;
+        switch (m_state) {
+            case State::quoted:
+                if (c == '"') {
+                    m_state = State::quote_in_quoted;
+                } else {
+                    m_field += c;
+                }
+                return true;
+            case State::quote_in_quoted:
+                if (c == '"') {
+                    m_field += '"';
+                    m_state = State::quoted;
+                    return true;
+                }
+                break;
+            case State::row_start:
+                if (rest_of_end) return true;
+                [[fallthrough]];
+            case State::field_start:
+                if (c == '"') {
+                    m_state = State::quoted;
+                    return true;
+                }
+                break;
+            case State::plain:
+                break;
+        }
+        return take_outside_quotes(c, read_so_far);
+    }
+
+    bool take_outside_quotes(char c, std::uint64_t read_so_far) {
+        if (c == ',') {
+            end_field();
+            m_state = State::field_start;
+            return true;
+        }
+        if (c == '\n' || c == '\r') {
+            m_after_return = c == '\r';
+            return end_row(read_so_far);
+        }
+        if (m_state == State::quote_in_quoted) {
+            m_field += '"';
+            m_state = State::quoted;
+        } else {
+            m_state = State::plain;
+        }
+        m_field += c;
+        return true;
+    }
+
+    // The strings of a row are used again for the next one.
+    void end_field() {
+        if (m_fields == m_row.size()) m_row.emplace_back();
+        m_row[m_fields++].swap(m_field);
+        m_field.clear();
+    }
+
+    bool end_row(std::uint64_t read_so_far) {
+        const bool is_blank = m_state == State::row_start;
+        m_state = State::row_start;
+        m_row_size = 0;
+        if (is_blank && m_columns != 1) return true;
+        end_field();
+        m_row.resize(m_fields);
+        if (m_columns == 0) m_columns = m_fields;
+        m_fields = 0;
+        return m_on_row(m_row, read_so_far);
+    }
+
+    const std::function<bool(Row&, std::uint64_t)>& m_on_row;
+    State m_state = State::row_start;
+    Row m_row;
+    std::size_t m_fields = 0;  // of m_row, that are read
+    std::string m_field;
+    std::size_t m_columns = 0;  // of the first row
+    std::size_t m_row_size = 0;
+    bool m_after_return = false;  // a LF now belongs to the end of the row before
 };
 
 }  // namespace
 
 void read_csv(std::istream& in, const std::function<bool(Row&, std::uint64_t)>& on_row) {
-    Parser parser;
-    Reading reading(on_row);
+    Parser parser(on_row);
     std::vector<char> room(std::size_t{64} * 1024);
-    while (!reading.ended) {
+    std::uint64_t read_so_far = 0;
+    while (true) {
         in.read(room.data(), static_cast<std::streamsize>(room.size()));
         const auto size = static_cast<std::size_t>(in.gcount());
         if (size == 0) break;
-        reading.read_so_far += size;
-        reading.row_size += size;
-        parser.parse(room.data(), size, reading);
-        if (reading.row_size > longest_row)
-            throw std::runtime_error("a row is longer than 16 MiB; is a quote not closed?");
+        read_so_far += size;
+        if (!parser.parse({room.data(), size}, read_so_far)) return;
     }
     if (in.bad()) throw std::runtime_error("the file cannot be read to its end");
-    if (!reading.ended) parser.finish(reading);
-    if (reading.problem) std::rethrow_exception(reading.problem);
+    parser.finish(read_so_far);
 }
 
 std::string csv_line(const Row& row) {

@@ -13,6 +13,7 @@
 #include "cli/lines.h"
 #include "cli/output.h"
 #include "cli/progress.h"
+#include "cli/system.h"
 
 namespace morandel::cli {
 namespace {
@@ -196,10 +197,11 @@ class Table {
 int each_command(const Request& request) {
     const std::string& file = request.operands.front();
     if (file == "-") return Table(request, "standard input").run(std::cin, 0);
-    std::ifstream in(file, std::ios::binary);
-    if (!in || std::filesystem::is_directory(file)) throw std::runtime_error("cannot read " + file);
+    const std::filesystem::path path = to_path(file);
+    std::ifstream in(path, std::ios::binary);
+    if (!in || std::filesystem::is_directory(path)) throw std::runtime_error("cannot read " + file);
     std::error_code unknown;
-    const std::uintmax_t size = std::filesystem::file_size(file, unknown);
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
     return Table(request, file).run(in, unknown ? 0 : size);
 }
 

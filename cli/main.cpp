@@ -11,6 +11,7 @@
 #include "cli/commands.h"
 #include "cli/evaluate.h"
 #include "cli/output.h"
+#include "cli/system.h"
 
 namespace {
 
@@ -138,7 +139,8 @@ int run(std::vector<std::string> arguments) {
 int main(int argc, char** argv) {
     int status = failed;
     try {
-        status = run({argv + 1, argv + argc});
+        morandel::cli::prepare_streams();
+        status = run(morandel::cli::program_arguments(argc, argv));
         if (std::fflush(stdout) != 0) throw std::runtime_error("standard output cannot be written");
     } catch (const morandel::cli::UsageError& problem) {
         morandel::cli::print_problem(problem.what());

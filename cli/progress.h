@@ -2,19 +2,19 @@
 
 #pragma once
 
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <string>
+
+#include "cli/system.h"
 
 namespace morandel::cli {
 
 class Progress {
   public:
     // The whole in bytes, 0 where it is not known.
-    explicit Progress(std::uint64_t whole) : m_whole(whole), m_shown(isatty(STDERR_FILENO) != 0) {}
+    explicit Progress(std::uint64_t whole) : m_whole(whole), m_shown(is_error_terminal()) {}
     ~Progress() { clear(); }
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
