@@ -1,0 +1,60 @@
+# The COM server, which on Windows is the shared library: Morandel10.dll. From the interface
+# description come the type library, a resource, and the header of C++ hosts.
+
+enable_language(RC)
+find_program(WIDL NAMES ${MORANDEL_TOOL_PREFIX}widl widl REQUIRED)
+# Both come with Wine's development files, as the platform's own interface descriptions do.
+find_path(MORANDEL_IDL_FOLDER oaidl.idl PATHS /usr/include/wine/wine/windows /usr/include/wine/windows
+  NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+find_path(MORANDEL_TLB_FOLDER stdole2.tlb
+  PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/i386-linux-gnu/wine/i386-windows
+  NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+
+set(description ${PROJECT_SOURCE_DIR}/automation/morandel.idl)
+set(generated ${PROJECT_BINARY_DIR}/automation)
+file(MAKE_DIRECTORY ${generated})
+math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+if(bits EQUAL 64)
+  set(MORANDEL_ARCHITECTURE amd64)
+else()
+  set(MORANDEL_ARCHITECTURE x86)
+endif()
+
+set(MORANDEL_TYPE_LIBRARY ${generated}/Morandel10.tlb)
+add_custom_command(OUTPUT ${MORANDEL_TYPE_LIBRARY}
+  COMMAND ${WIDL} -m${bits} -t -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
+    -o ${MORANDEL_TYPE_LIBRARY} ${description}
+  DEPENDS ${description} VERBATIM)
+add_custom_command(OUTPUT ${generated}/morandel_com.h
+  COMMAND ${WIDL} -m${bits} -h -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
+    -o ${generated}/morandel_com.h ${description}
+  DEPENDS ${description} VERBATIM)
+add_custom_target(morandel_com_header DEPENDS ${generated}/morandel_com.h)
+
+configure_file(automation/morandel.rc.in ${generated}/morandel.rc @ONLY)
+configure_file(automation/Morandel10.manifest.in ${generated}/Morandel10.manifest @ONLY)
+set_source_files_properties(${generated}/morandel.rc PROPERTIES OBJECT_DEPENDS
+  "${MORANDEL_TYPE_LIBRARY};${PROJECT_SOURCE_DIR}/automation/registry.rgs")
+
+target_sources(morandel PRIVATE
+  automation/arguments.cpp
+  automation/class_factory.cpp
+  automation/code_page.cpp
+  automation/com_express.cpp
+  automation/dispatch.cpp
+  automation/entry_points.cpp
+  automation/identifiers.cpp
+  automation/module.cpp
+  automation/registration.cpp
+  automation/type_information.cpp
+  automation/exports.def
+  ${generated}/morandel_com.h
+  ${generated}/morandel.rc)
+set_source_files_properties(${generated}/morandel.rc PROPERTIES
+  INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR}/automation)
+target_include_directories(morandel SYSTEM PRIVATE ${generated})
+target_compile_definitions(morandel PRIVATE UNICODE _WIN32_WINNT=0x0601)
+target_link_libraries(morandel PRIVATE ole32 oleaut32 advapi32 uuid)
+set_target_properties(morandel PROPERTIES PREFIX "" OUTPUT_NAME Morandel10)
+# The DLL needs nothing but what Windows has.
+target_link_options(morandel PRIVATE -static LINKER:--enable-stdcall-fixup LINKER:--no-insert-timestamp)
