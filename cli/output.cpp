@@ -65,6 +65,7 @@ void print_problem(const std::string& problem) {
     (void)std::fflush(stdout);  // so that a terminal or a log shows both in order
     const std::string line = "morandel: " + problem + "\n";
     (void)std::fwrite(line.data(), 1, line.size(), stderr);
+    (void)std::fflush(stderr);  // some systems buffer it
 }
 
 bool print_definition(const std::string& name, const Outcome& outcome, bool as_json) {

@@ -25,6 +25,17 @@ bool has_fraction(double value) {
     return std::modf(value, &whole) != 0.0;
 }
 
+double power(double base, double exponent) {
+#ifdef __MINGW32__
+    // This C library multiplies whole powers up, with an error each time. Computed with more bits
+    // and then rounded, they are what other systems give.
+    return static_cast<double>(
+        std::pow(static_cast<long double>(base), static_cast<long double>(exponent)));
+#else
+    return std::pow(base, exponent);
+#endif
+}
+
 Error apply_numeric(char code, double& x) {
     const double radians = x * radians_per_degree;
     switch (code) {
@@ -118,7 +129,7 @@ Error apply_operator(char code, Value& left, double right) {
             if (left.number > range_bound) return Error::out_of_range;
             break;
         case '^':
-            left.number = std::pow(left.number, right);
+            left.number = power(left.number, right);
             break;
         case '!': {
             const double value = left.number;
