@@ -113,10 +113,13 @@ HRESULT register_library() {
     return FAILED(result) ? result : RegisterTypeLib(library.get(), path.data(), nullptr);
 }
 
+constexpr HRESULT not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+
 HRESULT unregister_library() {
     const HRESULT result = UnRegisterTypeLib(LIBID_MORANDELLib, 1, 0, LOCALE_NEUTRAL,
                                              sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
-    return result == TYPE_E_REGISTRYACCESS ? S_OK : result;  // was not registered
+    // What platforms answer for one that is not registered.
+    return result == TYPE_E_REGISTRYACCESS || result == E_INVALIDARG ? S_OK : result;
 }
 
 template <class Body>
@@ -141,7 +144,8 @@ HRESULT install() {
 HRESULT remove() {
     HRESULT first = S_OK;
     const auto keep_first = [&](HRESULT result) {
-        if (SUCCEEDED(first)) first = result;
+        // What is gone already is no failure.
+        if (SUCCEEDED(first) && result != not_found) first = result;
     };
     for (const ClassEntry& entry : this_module().classes()) {
         keep_first(guarded([&] { return run_script(entry, false); }));

@@ -57,4 +57,4 @@ target_compile_definitions(morandel PRIVATE UNICODE _WIN32_WINNT=0x0601)
 target_link_libraries(morandel PRIVATE ole32 oleaut32 advapi32 uuid)
 set_target_properties(morandel PROPERTIES PREFIX "" OUTPUT_NAME Morandel10)
 # The DLL needs nothing but what Windows has.
-target_link_options(morandel PRIVATE -static LINKER:--enable-stdcall-fixup LINKER:--no-insert-timestamp)
+target_link_options(morandel PRIVATE -static LINKER:--enable-stdcall-fixup ${MORANDEL_REPRODUCIBLE})

@@ -23,3 +23,8 @@ if(MORANDEL_COVERAGE)
   target_compile_options(morandel_compile INTERFACE --coverage -O0)
   target_link_options(morandel_compile INTERFACE --coverage)
 endif()
+
+if(MINGW)
+  # The same bytes from the same sources: the linker strips, since strip itself writes the time.
+  set(MORANDEL_REPRODUCIBLE LINKER:--no-insert-timestamp $<$<CONFIG:Release>:-s>)
+endif()

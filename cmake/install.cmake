@@ -25,6 +25,15 @@ install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/morandel-config-version.cmake
   DESTINATION ${package_folder})
 
+if(WIN32)
+  install(FILES ${generated}/Morandel10.tlb ${generated}/Morandel10.manifest
+    DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES ${generated}/morandel_com.h automation/morandel.idl
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/morandel/automation)
+  install(DIRECTORY examples/ DESTINATION examples)
+  return()
+endif()
+
 file(RELATIVE_PATH pkgconfig_to_prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(cmake/morandel.pc.in morandel.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/morandel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
