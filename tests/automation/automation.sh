@@ -136,6 +136,15 @@ for cases in "$source_folder"/tests/cases/*.cases; do
     case $printed in *' checks, 0 failures'*) echo "$name.vbs: $printed" | tr -d '\r' ;; *) problem "$name.vbs: $printed" ;; esac
 done
 
+# The scripts of the README, whose v is 6.
+for language in vb js; do
+    {
+        awk "/^\`\`\`$language\$/ {inside = 1; next} /^\`\`\`\$/ {inside = 0} inside" "$folder/README.md"
+        [ $language = vb ] && echo 'If v = 6 Then WScript.Echo "6"' || echo 'if (v === 6) WScript.Echo("6");'
+    } | gbk >"$scratch/readme.${language/vb/vbs}"
+    expect_printed 6 env -C "$scratch" "$wine" "$system\\cscript.exe" //nologo "readme.${language/vb/vbs}"
+done
+
 # The examples of the package, and programs linked with its libraries.
 for example in vbs js; do
     gbk <"$folder/examples/example.$example" >"$scratch/example.$example"
