@@ -32,7 +32,7 @@ class ClassFactory final : public IClassFactory {
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (object == nullptr) return E_POINTER;
         *object = nullptr;
-        // Only its own IUnknown lets the outer object tell the parts of an aggregate apart.
+        // The outer object needs the IUnknown of its member itself, to reach its interfaces by.
         if (outer != nullptr && !IsEqualIID(iid, IID_IUnknown)) return CLASS_E_NOAGGREGATION;
         return m_create(outer, iid, object);
     }
