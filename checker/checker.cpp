@@ -20,6 +20,7 @@ bool CExpressionCheck::CheckExpression(const char* text) {
         m_current = {0, 0, 0, std::string(morandel::gbk<"表达公式字符常量书写有误">)};
         return true;
     }
+    rewind();
     Checkget_exp(m_resultKind);
     return m_faulty;
 }

@@ -7,12 +7,15 @@ set(MORANDEL_SOURCES
   checker/checker.cpp
   checker/rules.cpp
   engine/arithmetic.cpp
+  engine/compiler.cpp
   engine/errors.cpp
   engine/express.cpp
   engine/functions.cpp
   engine/levels.cpp
   engine/numbers.cpp
+  engine/parameters.cpp
   engine/preparation.cpp
+  engine/program.cpp
   engine/rounding.cpp
   engine/tokenizer.cpp
   engine/validator.cpp
@@ -35,6 +38,7 @@ set(MORANDEL_HEADERS
   engine/export.h
   engine/express.h
   engine/functions.h
+  engine/parameters.h
   engine/text_arena.h
   engine/token.h
   engine/value.h

@@ -9,8 +9,6 @@
 namespace morandel {
 namespace {
 
-constexpr double range_bound = 1.7e+308;
-constexpr double division_guard = 1e-14;
 constexpr double tangent_guard = 1e-05;
 constexpr double radians_per_degree = 0.017453292519943295;
 constexpr double pi = 3.141592653589793;
@@ -25,6 +23,8 @@ bool has_fraction(double value) {
     return std::modf(value, &whole) != 0.0;
 }
 
+}  // namespace
+
 double power(double base, double exponent) {
 #ifdef __MINGW32__
     // This C library multiplies whole powers up, with an error each time. Computed with more bits
@@ -36,7 +36,7 @@ double power(double base, double exponent) {
 #endif
 }
 
-Error apply_numeric(char code, double& x) {
+Error apply_function(char code, double& x) {
     const double radians = x * radians_per_degree;
     switch (code) {
         case '-':
@@ -90,8 +90,6 @@ Error apply_numeric(char code, double& x) {
     return Error::none;
 }
 
-}  // namespace
-
 Error apply_unary(char code, Value& value) {
     if (code == 'L') {
         value.number = static_cast<double>(value.text.size());
@@ -100,47 +98,17 @@ Error apply_unary(char code, Value& value) {
         if (row == nullptr || row->carrier != Carrier::numeric) return Error::none;
     }
     value.set_type(code == 'o' ? type_integer : type_number, code == 'o' ? 0 : 1);
-    return apply_numeric(code, value.number);
-}
-
-bool in_range(double number) {
-    return !(number > range_bound || number < -range_bound);
+    return apply_function(code, value.number);
 }
 
 Error apply_operator(char code, Value& left, double right) {
-    if (code == '^' && right == 0.0) {
-        left.number = 1.0;  // Deliberate: the type of the left side stays, a text too.
-        return Error::none;
-    }
-    left.set_type(type_number, 1);
-    switch (code) {
-        case '+':
-            left.number += right;
-            break;
-        case '-':
-            left.number -= right;
-            break;
-        case '*':
-            left.number *= right;
-            break;
-        case '/':
-            if (right > -division_guard && right < division_guard) return Error::division_by_zero;
-            left.number /= right;
-            if (left.number > range_bound) return Error::out_of_range;
-            break;
-        case '^':
-            left.number = power(left.number, right);
-            break;
-        case '!': {
-            const double value = left.number;
-            left.number = factorial(value);
-            if (has_fraction(value)) return Error::factorial_of_fraction;
-            if (value < 0.0) return Error::factorial_of_negative;
-            break;
-        }
-        default:
-            break;
-    }
+    // Deliberate: to the power of 0, the type of the left side stays, a text too.
+    if (code != '^' || right != 0.0) left.set_type(type_number, 1);
+    if (code != '!') return combine(code, left.number, right);
+    const double value = left.number;
+    left.number = factorial(value);
+    if (has_fraction(value)) return Error::factorial_of_fraction;
+    if (value < 0.0) return Error::factorial_of_negative;
     return Error::none;
 }
 
@@ -183,45 +151,15 @@ void apply_case(Value& value, double mode, TextArena& arena) {
 }
 
 void apply_relation(char code, Value& left, const Value& right) {
-    const double a = left.number;
-    const double b = right.number;
-    bool holds = false;
-    switch (code) {
-        case code_like:
-            holds = left.text.find(right.text) != std::string_view::npos;
-            break;
-        case code_equal:
-            holds = left.text == right.text;
-            break;
-        case code_and:
-            holds = a != 0.0 && b != 0.0;
-            break;
-        case code_or:
-            holds = a != 0.0 || b != 0.0;
-            break;
-        case code_ge:
-            holds = !(a < b);
-            break;
-        case code_le:
-            holds = !(b < a);
-            break;
-        case code_ne:
-            holds = a != b;
-            break;
-        // Deliberate: by the difference, so two equal infinities are not "=".
-        case '>':
-            holds = a - b > 0.0;
-            break;
-        case '<':
-            holds = a - b < 0.0;
-            break;
-        case '=':
-            holds = a - b == 0.0;
-            break;
-        default:
-            return;
+    bool result = false;
+    if (code == code_like) {
+        result = left.text.find(right.text) != std::string_view::npos;
+    } else if (code == code_equal) {
+        result = left.text == right.text;
+    } else {
+        result = holds(code, left.number, right.number);
     }
-    left.number = holds ? 1.0 : 0.0;
+    left.number = result ? 1.0 : 0.0;
     left.set_type(type_number, 1);
 }
 

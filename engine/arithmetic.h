@@ -3,7 +3,10 @@
 
 #pragma once
 
+#include <cmath>
+
 #include "engine/errors.h"
+#include "engine/functions.h"
 #include "engine/text_arena.h"
 #include "engine/value.h"
 
@@ -12,8 +15,17 @@ namespace morandel {
 // A sign or a function of one argument, by its code character; other codes change nothing.
 Error apply_unary(char code, Value& value);
 
+// The same on a number alone.
+Error apply_function(char code, double& x);
+
 // Both numbers of an operation must lie in the range that the library computes in; a NaN does.
-bool in_range(double number);
+inline constexpr double range_bound = 1.7e+308;
+inline bool in_range(double number) {
+    return !(std::abs(number) > range_bound);
+}
+
+// + - * / ^ on numbers. The result replaces the left one.
+inline Error combine(char code, double& left, double right);
 
 // + - * / ^ and ! (which takes no right side). The result replaces the left number.
 Error apply_operator(char code, Value& left, double right);
@@ -32,9 +44,62 @@ void apply_case(Value& value, double mode, TextArena& arena);
 // Comparisons and logic on numbers, like and equal on texts; the result replaces the left number.
 void apply_relation(char code, Value& left, const Value& right);
 
+// Whether a relation holds between two numbers.
+inline bool holds(char code, double a, double b);
+
+double power(double base, double exponent);
+
 double factorial(double value);
 double modulo(double value, double divisor);
 double integer_part(double value);  // of the value rounded to six decimals
 double decimal_part(double value);  // of the value rounded to fifteen decimals, without its sign
+
+inline Error combine(char code, double& left, double right) {
+    constexpr double division_guard = 1e-14;
+    switch (code) {
+        case '+':
+            left += right;
+            break;
+        case '-':
+            left -= right;
+            break;
+        case '*':
+            left *= right;
+            break;
+        case '/':
+            if (right > -division_guard && right < division_guard) return Error::division_by_zero;
+            left /= right;
+            if (left > range_bound) return Error::out_of_range;
+            break;
+        case '^':
+            left = right == 0.0 ? 1.0 : power(left, right);
+            break;
+        default:
+            break;
+    }
+    return Error::none;
+}
+
+inline bool holds(char code, double a, double b) {
+    switch (code) {
+        case code_and:
+            return a != 0.0 && b != 0.0;
+        case code_or:
+            return a != 0.0 || b != 0.0;
+        case code_ge:
+            return !(a < b);
+        case code_le:
+            return !(b < a);
+        case code_ne:
+            return a != b;
+        // Deliberate: by the difference, so two equal infinities are not "=".
+        case '>':
+            return a - b > 0.0;
+        case '<':
+            return a - b < 0.0;
+        default:
+            return a - b == 0.0;
+    }
+}
 
 }  // namespace morandel

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "engine/compiler.h"
 #include "engine/numbers.h"
 #include "engine/tokenizer.h"
 
@@ -36,28 +37,18 @@ CExpress::~CExpress() = default;
 
 int CExpress::SetNumberOfPara(int n) {
     const bool accepted = n <= max_parameters;
-    const int count = accepted ? n : 0;
-    if (count != m_ParaCount) ++m_ParaGeneration;
-    m_ParaCount = count;
+    m_Para.set_count(accepted ? n : 0);
     return accepted ? 1 : 0;
 }
 
 int CExpress::SetPara(MYPARA* para, int index, bool isString) {
-    if (para == nullptr || index < 1 || index > m_ParaCount) return 0;
+    if (para == nullptr || index < 1 || index > m_Para.count()) return 0;
     const auto slot = static_cast<std::size_t>(index - 1);
-    if (slot >= m_Para.size()) m_Para.resize(slot + 1);
-
-    Parameter& parameter = m_Para[slot];
-    if (parameter.name != para->name) {
-        ++m_ParaGeneration;
-        parameter.name = para->name;
-    }
     if (isString) {
-        parameter.strValue = para->strValue;
+        m_Para.set_text(slot, para->name, para->strValue);
     } else {
-        parameter.value = morandel::through_decimals(para->value);
+        m_Para.set_number(slot, para->name, morandel::through_decimals(para->value));
     }
-    parameter.isString = isString;
     return 1;
 }
 
@@ -67,31 +58,84 @@ int CExpress::SetExpression(const char* text) {
         m_ErrorNumber = -1;
         return 0;
     }
+    if (is_loaded(text)) {
+        forget_faults();
+        load_again();
+        return 1;
+    }
     const void* terminator = std::memchr(text, '\0', max_formula + 1);
     if (terminator == nullptr) return 0;
     const auto length = static_cast<std::size_t>(static_cast<const char*>(terminator) - text);
 
+    // Should memory run out on the way, there is no formula.
+    drop_formula();
     // The text may be this evaluator's own message, so it is copied before that goes.
-    std::memcpy(m_Formula, text, length);
-    m_Formula[length] = '\0';
+    std::memcpy(m_Formula, text, length + 1);
+    forget_faults();
+    m_LoadedGeneration = m_Para.generation();
+    if (load_program() || load_tokens()) return 1;
+    drop_formula();
+    return 0;
+}
+
+void CExpress::drop_formula() {
+    m_Formula[0] = '\0';
+    m_Tokens.clear();
+    m_Loaded = Loaded::nothing;
+    rewind();
+}
+
+void CExpress::forget_faults() {
     m_Status = 1;
     m_ErrorMessage.clear();
     m_ErrorNumber = -1;
-    // Should memory run out among the tokens, there is no formula.
-    m_Tokens.clear();
-    rewind();
-    morandel::tokenize(m_Formula, m_Tokens);
-    rewind();
-    if (VerifyExpression() == 0) {
-        m_Formula[0] = '\0';
-        m_Tokens.clear();
+}
+
+// Whether this formula would be loaded just as it was last time.
+bool CExpress::is_loaded(const char* text) const {
+    return m_Loaded >= Loaded::constant_tokens && m_LoadedGeneration == m_Para.generation() &&
+           std::strcmp(text, m_Formula) == 0;
+}
+
+void CExpress::load_again() {
+    m_ExpressionStatus = 0;
+    if (m_ReadIsNumber) m_IsNumber = *m_ReadIsNumber;
+    if (m_Loaded == Loaded::constant_tokens) {
         rewind();
-        return 0;
+    } else {
+        m_Loaded = Loaded::program;
     }
+}
+
+bool CExpress::load_program() {
+    if (!m_Program) m_Program = std::make_unique_for_overwrite<morandel::Program>();
+    if (!morandel::compile(m_Formula, m_Para, *m_Program)) return false;
+    m_Loaded = Loaded::program;
+    m_ExpressionStatus = 0;
+    m_ReadIsNumber = m_IsNumber = true;
+    m_VariableList = nullptr;
+    m_VariableNum = 0;
+    return true;
+}
+
+bool CExpress::load_tokens() {
+    morandel::tokenize(m_Formula, m_Tokens);
+    m_Loaded = Loaded::tokens;
+    rewind();
+    if (VerifyExpression() == 0) return false;
     rewind();
     list_variables();
     rewind();
-    return 1;
+    return true;
+}
+
+// Cuts a compiled formula into the tokens that all but its computation works with.
+void CExpress::need_tokens() {
+    if (m_Loaded != Loaded::program && m_Loaded != Loaded::finished_program) return;
+    const bool finished = m_Loaded == Loaded::finished_program;
+    morandel::tokenize(m_Formula, m_Tokens);
+    m_Loaded = Loaded::constant_tokens;
+    seek(finished ? m_Tokens.size() : 0);
 }
 
 std::size_t CExpress::tell() const {
@@ -99,6 +143,7 @@ std::size_t CExpress::tell() const {
 }
 
 void CExpress::seek(std::size_t position) {
+    need_tokens();
     m_Prog = m_Tokens.empty() ? &end_of_nothing
                               : m_Tokens.data() + std::min(position, m_Tokens.size() - 1);
 }
@@ -131,27 +176,26 @@ void CExpress::get_token() {
 // Whether a name is a parameter. It is looked up when it is read, and again only after names or
 // their number have changed.
 bool CExpress::isConstVariable(const Token& name) {
-    if (name.generation != m_ParaGeneration) {
-        name.slot = static_cast<std::int16_t>(find_parameter(name.text()));
-        name.generation = m_ParaGeneration;
+    if (name.generation != m_Para.generation()) {
+        name.slot = static_cast<std::int16_t>(m_Para.find(name.text()));
+        name.generation = m_Para.generation();
     }
     if (name.slot < 0) return false;
-    m_IsNumber = !m_Para[static_cast<std::size_t>(name.slot)].isString;
+    m_IsNumber = !m_Para[static_cast<std::size_t>(name.slot)].is_text;
     return true;
-}
-
-// The first slot of that name, or -1.
-int CExpress::find_parameter(std::string_view name) const {
-    const int count = std::min(m_ParaCount, static_cast<int>(m_Para.size()));
-    for (int slot = 0; slot < count; ++slot) {
-        if (m_Para[static_cast<std::size_t>(slot)].name == name) return slot;
-    }
-    return -1;
 }
 
 int CExpress::CalcExpression() {
     g_NumArray.drop_oldest(most_pending);
     m_TempStr.drop_oldest(most_pending);
+    if (m_Loaded == Loaded::program && m_LoadedGeneration == m_Para.generation() &&
+        m_Program->run(m_Result)) {
+        m_StrResult.clear();
+        m_ResultType = m_Program->type();
+        m_Loaded = Loaded::finished_program;
+        return m_Status != 0 ? 1 : 0;
+    }
+    need_tokens();
     m_ExtraArguments.clear();
     m_Texts.clear();
 
@@ -204,13 +248,9 @@ std::string CExpress::GetVariable(int index, int* type) {
 
 void CExpress::ClearOld() {
     SetNumberOfPara(0);
-    m_Formula[0] = '\0';
-    m_Tokens.clear();
-    rewind();
+    drop_formula();
     m_Token = m_Prog;
-    m_Status = 1;
-    m_ErrorMessage.clear();
-    m_ErrorNumber = -1;
+    forget_faults();
 }
 
 void CExpress::serror(int n) {

@@ -21,6 +21,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,9 +30,14 @@
 #include "engine/argument_stack.h"
 #include "engine/errors.h"
 #include "engine/export.h"
+#include "engine/parameters.h"
 #include "engine/text_arena.h"
 #include "engine/token.h"
 #include "engine/value.h"
+
+namespace morandel {
+class Program;
+}
 
 // A parameter as a host hands it to SetPara.
 struct MYPARA {
@@ -48,7 +55,7 @@ struct VariableNode {
 
 class MORANDEL_EXPORT CExpress {
   public:
-    static constexpr int max_parameters = 50;
+    static constexpr int max_parameters = morandel::Parameters::most;
     static constexpr std::size_t max_formula = 512;  // bytes
 
     CExpress();
@@ -125,6 +132,7 @@ class MORANDEL_EXPORT CExpress {
     // The reading position as a number of tokens, and back to one.
     [[nodiscard]] std::size_t tell() const;
     void seek(std::size_t position);
+    void rewind() { seek(0); }
 
     const morandel::Token* m_Token;  // the current token
     const morandel::Token* m_Prog;   // the one to be read next
@@ -135,16 +143,25 @@ class MORANDEL_EXPORT CExpress {
   private:
     using Value = morandel::Value;
 
-    struct Parameter {
-        std::string name;
-        double value = 0.0;
-        std::string strValue;
-        bool isString = false;
+    // What there is of the formula. Those from constant_tokens on were accepted without a fault and
+    // have no free variables: loading them again changes nothing.
+    enum class Loaded : std::uint8_t {
+        nothing,
+        tokens,
+        constant_tokens,
+        program,           // compiled and ready; no tokens
+        finished_program,  // compiled and computed; no tokens
     };
 
-    void rewind() { seek(0); }
+    void drop_formula();
+    void forget_faults();
+    [[nodiscard]] bool is_loaded(const char* text) const;
+    void load_again();
+    bool load_program();
+    bool load_tokens();
+    void need_tokens();
     bool isConstVariable(const morandel::Token& name);
-    [[nodiscard]] int find_parameter(std::string_view name) const;
+    bool has_constants_only();
     void list_variables();
     [[nodiscard]] const VariableNode* find_variable(std::string_view name) const;
     void push_variable(std::string_view name, int type);
@@ -175,10 +192,12 @@ class MORANDEL_EXPORT CExpress {
     // Carries out a string function on the value in hand; its face is in strfuncs/.
     void StringFunction(char code, Value& value);
 
-    int m_ParaCount = 0;
-    std::uint32_t m_ParaGeneration = 1;  // changes when a name can mean another parameter
-    std::vector<Parameter> m_Para;
+    morandel::Parameters m_Para;
 
+    Loaded m_Loaded = Loaded::nothing;
+    std::uint32_t m_LoadedGeneration = 0;  // of the parameters
+    std::optional<bool> m_ReadIsNumber;    // what loading has left in m_IsNumber
+    std::unique_ptr<morandel::Program> m_Program;
     std::vector<morandel::Token> m_Tokens;
     bool m_CheckEnded = false;  // by a literal without its closing quote
 

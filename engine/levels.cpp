@@ -113,13 +113,13 @@ void CExpress::primitive(Value& value) {
     const bool is_text = m_Token->is_literal || (m_TokenType == CONSTANT && !m_IsNumber);
     if (!is_text && m_TokenType != CONSTANT) return serror(Error::bad_expression);
     const bool is_parameter = m_Token->token_class == morandel::TokenClass::name;
-    const Parameter* parameter =
+    const morandel::Parameter* parameter =
         is_parameter ? &m_Para[static_cast<std::size_t>(m_Token->slot)] : nullptr;
     if (is_text) {
-        value.text = is_parameter ? std::string_view(parameter->strValue) : m_Token->text();
+        value.text = is_parameter ? std::string_view(parameter->text) : m_Token->text();
         value.set_type(type_text, 2);
     } else {
-        value.number = is_parameter ? parameter->value : m_Token->number;
+        value.number = is_parameter ? parameter->number : m_Token->number;
         value.set_type(type_number, 1);
     }
     get_token();

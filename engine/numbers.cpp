@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <system_error>
 
@@ -78,6 +79,22 @@ double text_to_number(std::string_view text) {
 }
 
 double digits_to_number(std::string_view digits) {
+    // Whole numbers and powers of ten up to these are exact, and one division rounds right.
+    constexpr std::size_t exact_digits = 15;
+    static constexpr double powers_of_ten[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (digits.size() <= exact_digits) {
+        std::int64_t whole = 0;
+        std::size_t decimals = 0;
+        for (std::size_t i = 0; i < digits.size(); ++i) {
+            if (digits[i] == '.') {
+                decimals = digits.size() - i - 1;
+            } else {
+                whole = whole * 10 + (digits[i] - '0');
+            }
+        }
+        return static_cast<double>(whole) / powers_of_ten[decimals];
+    }
     double value = 0.0;
     read_unsigned(digits, std::chars_format::fixed, value);
     return value;

@@ -10,6 +10,7 @@
 using morandel::CONSTANT;
 using morandel::NONE;
 using morandel::Token;
+using morandel::TokenClass;
 using morandel::type_number;
 using morandel::type_text;
 using morandel::VARIABLE;
@@ -56,11 +57,29 @@ bool is_text_operator(const Token* token) {
 
 }  // namespace
 
+// Whether no name is free. There is nothing to list then, and m_IsNumber is left as the walk would
+// leave it.
+bool CExpress::has_constants_only() {
+    m_ReadIsNumber.reset();
+    for (const Token& token : m_Tokens) {
+        if (token.token_class == TokenClass::name) {
+            if (!isConstVariable(token)) return false;
+            m_ReadIsNumber = m_IsNumber;
+        } else if (token.token_class == TokenClass::number) {
+            m_ReadIsNumber = true;
+        }
+    }
+    if (m_ReadIsNumber) m_IsNumber = *m_ReadIsNumber;
+    if (m_Status != 0) m_Loaded = Loaded::constant_tokens;
+    return true;
+}
+
 void CExpress::list_variables() {
     constexpr int farthest_look_back = 254;
 
     m_VariableList = nullptr;
     m_VariableNum = 0;
+    if (has_constants_only()) return;
     OpenLists lists;
     const Token* before = nullptr;   // the token before the current one
     const Token* before2 = nullptr;  // and the one before that

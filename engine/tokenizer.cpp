@@ -1,8 +1,10 @@
 #include "engine/tokenizer.h"
 
-#include "engine/characters.h"
+#include <cstring>
+
 #include "engine/functions.h"
 #include "engine/numbers.h"
+#include "engine/scan.h"
 
 namespace morandel {
 namespace {
@@ -43,14 +45,9 @@ class Scanner {
         ++m_next;
     }
 
-    // Digits with at most one point; 5. is a number, .5 is not.
     void read_number(Token& token) {
         const char* begin = m_next;
-        while (is_any(*m_next, digit)) ++m_next;
-        if (*m_next == '.') {
-            ++m_next;
-            while (is_any(*m_next, digit)) ++m_next;
-        }
+        m_next = end_of_number(begin);
         token.token_class = TokenClass::number;
         set_text(token, begin, m_next);
         token.number = digits_to_number(token.text());
@@ -69,10 +66,7 @@ class Scanner {
 
     void read_name(Token& token) {
         const char* begin = m_next;
-        while (!is_any(*m_next, delimiter | blank)) {
-            const bool pair = is_any(*m_next, lead) && m_next[1] != '\0';
-            m_next += pair ? 2 : 1;
-        }
+        m_next = end_of_name(begin);
         token.token_class = TokenClass::name;
         set_text(token, begin, m_next);
     }
@@ -97,6 +91,7 @@ class Scanner {
 
 void tokenize(const char* formula, std::vector<Token>& tokens) {
     tokens.clear();
+    tokens.reserve(std::strlen(formula) + 1);  // no token without a byte, but the last
     Scanner scanner(formula);
     do {
         tokens.push_back(scanner.read_token());

@@ -40,6 +40,7 @@ constexpr std::size_t longest_variable = 250;  // the message of error 38 says 5
 }  // namespace
 
 int CExpress::VerifyExpression() {
+    need_tokens();
     m_CheckEnded = false;
     check_next_token();
     if (m_TokenType == NONE || !E() || m_CheckEnded) return 0;

@@ -1,0 +1,250 @@
+#include "engine/compiler.h"
+
+#include <array>
+
+#include "engine/functions.h"
+#include "engine/numbers.h"
+#include "engine/scan.h"
+
+namespace morandel {
+namespace {
+
+constexpr std::size_t longest_formula = 512;
+
+// How tightly operators hold their operands. Relations hold as tightly as powers do.
+enum Precedence : std::uint8_t { open_parenthesis, sum, product, tight };
+
+struct BinaryOperator {
+    Precedence precedence;
+    Operation operation;  // with an operand; with the number below the top, the one of that name
+};
+
+constexpr Operation below(Operation operation) {
+    constexpr int distance =
+        static_cast<int>(Operation::add_below) - static_cast<int>(Operation::add);
+    return static_cast<Operation>(static_cast<int>(operation) + distance);
+}
+
+static_assert(below(Operation::relation) == Operation::relation_below);
+
+// Operators wait on a stack until what follows holds less tightly. An operand waits as well, since
+// most are the right side of an operator and need no step of their own.
+class Compiler {
+  public:
+    Compiler(const char* formula, const Parameters& parameters, Program& program)
+        : m_next(formula), m_parameters(parameters), m_program(program) {}
+
+    bool run() {
+        m_program.clear();
+        while (read_operand()) {
+            while (at(')')) {
+                if (!close()) return false;
+            }
+            if (*m_next == '\0') return finish();
+            if (!read_operator()) return false;
+        }
+        return false;
+    }
+
+  private:
+    struct Waiting {
+        Precedence precedence;
+        Operation operation;
+        char code;  // of a relation; of an open parenthesis, its sign or function
+    };
+
+    bool at(char wanted) {
+        while (*m_next == ' ') ++m_next;
+        if (*m_next != wanted || wanted == '\0') return false;
+        ++m_next;
+        return true;
+    }
+
+    std::string_view read_name() {
+        const char* begin = m_next;
+        m_next = end_of_name(begin);
+        return {begin, static_cast<std::size_t>(m_next - begin)};
+    }
+
+    // { [ sign | function ] ( } [ sign | function ] ( number | name )
+    bool read_operand() {
+        while (true) {
+            char prefix = 0;
+            if (at('+')) {
+                prefix = '+';
+            } else if (at('-')) {
+                prefix = '-';
+            } else if (is_any(*m_next, name_start)) {
+                const std::string_view name = read_name();
+                const Word* word = find_word(name);
+                if (word == nullptr) return take_parameter(name);
+                if (word->code == 0) return take_operand(m_program.keep(word->number));
+                if (!is_numeric_function(*word)) return false;
+                prefix = word->code;
+            }
+            if (at('(')) {
+                wait({open_parenthesis, Operation::end, prefix});
+                continue;
+            }
+            if (is_any(*m_next, digit)) {
+                take_number();
+            } else if (prefix == 0 || !is_any(*m_next, name_start)) {
+                return false;
+            } else {
+                const std::string_view name = read_name();
+                const Word* word = find_word(name);
+                if (word != nullptr && word->code != 0) return false;
+                if (word != nullptr) {
+                    take_operand(m_program.keep(word->number));
+                } else if (!take_parameter(name)) {
+                    return false;
+                }
+            }
+            if (prefix != 0) apply(prefix);
+            return true;
+        }
+    }
+
+    static bool is_numeric_function(const Word& word) {
+        const Function* row = word.code == word.prefix ? function_of_code(word.code) : nullptr;
+        return row != nullptr && row->carrier == Carrier::numeric && row->first_type == type_number;
+    }
+
+    void take_number() {
+        const char* begin = m_next;
+        m_next = end_of_number(begin);
+        m_has_number = true;
+        take_operand(
+            m_program.keep(digits_to_number({begin, static_cast<std::size_t>(m_next - begin)})));
+    }
+
+    bool take_parameter(std::string_view name) {
+        const int slot = m_parameters.find(name);
+        if (slot < 0) return false;
+        const Parameter& parameter = m_parameters[static_cast<std::size_t>(slot)];
+        if (parameter.is_text) return false;
+        m_has_number = true;
+        return take_operand(&parameter.number);
+    }
+
+    bool take_operand(const double* operand) {
+        m_operand = operand;
+        m_type = type_number;
+        return true;
+    }
+
+    void load_operand() {
+        if (m_operand == nullptr) return;
+        m_program.append(Operation::load, 0, m_operand);
+        m_operand = nullptr;
+    }
+
+    // A "+" before an operand changes nothing, not even that "int" gives an integer.
+    void apply(char prefix) {
+        if (prefix == '+') return;
+        load_operand();
+        m_program.append(Operation::unary, prefix, nullptr);
+        m_type = prefix == 'o' ? type_integer : type_number;
+    }
+
+    void wait(Waiting waiting) { m_waiting[m_waiting_count++] = waiting; }
+    [[nodiscard]] const Waiting& last_waiting() const { return m_waiting[m_waiting_count - 1]; }
+
+    // Carries out what waits and holds at least that tightly.
+    void reduce(Precedence precedence) {
+        while (m_waiting_count > 0 && last_waiting().precedence >= precedence) {
+            const Waiting waiting = m_waiting[--m_waiting_count];
+            const bool direct = m_operand != nullptr;
+            m_program.append(direct ? waiting.operation : below(waiting.operation), waiting.code,
+                             m_operand);
+            m_operand = nullptr;
+            m_type = type_number;
+        }
+    }
+
+    bool close() {
+        reduce(sum);
+        if (m_waiting_count == 0) return false;
+        const char prefix = m_waiting[--m_waiting_count].code;
+        if (prefix != 0) apply(prefix);
+        return true;
+    }
+
+    bool finish() {
+        reduce(sum);
+        load_operand();
+        m_program.append(Operation::end, 0, nullptr);
+        m_program.set_type(m_type);
+        // A named constant alone is what the constant read before it was.
+        return m_waiting_count == 0 && m_has_number;
+    }
+
+    bool read_operator() {
+        const char code = *m_next;
+        if (is_any(code, name_start)) {
+            const Word* word = find_word(read_name());
+            return word != nullptr && read_relation(word->code);
+        }
+        ++m_next;
+        switch (code) {
+            case '+':
+                return read_binary(sum, Operation::add);
+            case '-':
+                return read_binary(sum, Operation::subtract);
+            case '*':
+                return read_binary(product, Operation::multiply);
+            case '/':
+                return read_binary(product, Operation::divide);
+            case '^':
+                return read_power();
+            default:
+                return false;
+        }
+    }
+
+    bool read_binary(Precedence precedence, Operation operation) {
+        reduce(precedence);
+        load_operand();
+        wait({precedence, operation, 0});
+        return true;
+    }
+
+    // Powers wait for one another. To the power of 0 the type of an integer stays, which only the
+    // numbers tell.
+    bool read_power() {
+        if (m_type == type_integer || waits_for(Operation::relation)) return false;
+        load_operand();
+        wait({tight, Operation::power, 0});
+        return true;
+    }
+
+    // One relation has two sides; more of them, or powers beside one, have an order of their own.
+    bool read_relation(char code) {
+        if (!is_relation(code) || code == code_like || code == code_equal) return false;
+        if (waits_for(Operation::relation) || waits_for(Operation::power)) return false;
+        load_operand();
+        wait({tight, Operation::relation, code});
+        return true;
+    }
+
+    [[nodiscard]] bool waits_for(Operation operation) const {
+        return m_waiting_count > 0 && last_waiting().operation == operation;
+    }
+
+    const char* m_next;
+    const Parameters& m_parameters;
+    Program& m_program;
+    const double* m_operand = nullptr;  // read last and part of no step yet
+    ResultType m_type = type_number;    // of what was computed last
+    bool m_has_number = false;          // besides named constants
+    std::size_t m_waiting_count = 0;
+    std::array<Waiting, longest_formula> m_waiting;
+};
+
+}  // namespace
+
+bool compile(const char* formula, const Parameters& parameters, Program& program) {
+    return Compiler(formula, parameters, program).run();
+}
+
+}  // namespace morandel
