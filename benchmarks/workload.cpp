@@ -1,5 +1,6 @@
 #include "benchmarks/workload.h"
 
+#include <algorithm>
 #include <random>
 
 namespace bench {
@@ -14,7 +15,8 @@ std::string replaced(std::string text, const std::string& what, const std::strin
 }
 
 Formula same(const char* label, const std::string& text, std::vector<std::string> names) {
-    return {label, text, text, replaced(text, "sqrt", "math.sqrt"), std::move(names)};
+    const std::string lua = replaced(replaced(text, "sqrt", "math.sqrt"), "ln(", "math.log(");
+    return {label, text, replaced(text, "ln(", "log("), lua, std::move(names)};
 }
 
 std::vector<std::string> numbered(int count) {
@@ -74,22 +76,24 @@ std::vector<Formula> make_twelve() {
     return all;
 }
 
-// Sums, products, quotients and powers of names and numbers, with parentheses.
+// Sums, products, quotients, powers, roots and logarithms of names and numbers, in parentheses or
+// not, by a fixed rule.
 std::vector<Formula> make_pool() {
     static const std::vector<std::string> names = {"a",    "b",     "x",   "y",
                                                    "rate", "price", "qty", "total"};
+    static const std::vector<std::string> powers = {"^2", "^3", "^0.5", "^1.5"};
     std::mt19937 random(64);
     const auto pick = [&](unsigned count) { return static_cast<unsigned>(random() % count); };
     std::vector<Formula> all;
     while (all.size() < 64) {
-        const unsigned operands = 3 + pick(7);
+        const unsigned operands = 2 + pick(9);
         std::string text;
         std::vector<std::string> used;
         unsigned open = 0;
         for (unsigned i = 0; i < operands; ++i) {
             if (i > 0) text += "+-*/+*"[pick(6)];
             if (i + 1 < operands && pick(4) == 0) {
-                text += '(';
+                text += pick(3) == 0 ? "sqrt(" : "(";
                 ++open;
             }
             if (pick(3) == 0) {
@@ -97,11 +101,9 @@ std::vector<Formula> make_pool() {
                 if (pick(3) == 0) text += ".5";
             } else {
                 const std::string& name = names[pick(8)];
-                text += name;
-                bool known = false;
-                for (const std::string& other : used) known = known || other == name;
-                if (!known) used.push_back(name);
-                if (pick(6) == 0) text += "^2";
+                text += pick(8) == 0 ? "ln(" + name + ")" : name;
+                if (std::find(used.begin(), used.end(), name) == used.end()) used.push_back(name);
+                if (pick(6) == 0) text += powers[pick(4)];
             }
             if (open > 0 && i > 0 && pick(2) == 0) {
                 text += ')';
@@ -122,7 +124,8 @@ std::vector<Definition> make_batch() {
         const std::string half = std::string("v") + std::to_string(i / 2);
         std::vector<std::string> names = {before};
         if (half != before) names.push_back(half);
-        all.push_back({std::string("v") + std::to_string(i), same("batch", before + "*0.5+" + half, names)});
+        all.push_back(
+            {std::string("v") + std::to_string(i), same("batch", before + "*0.5+" + half, names)});
     }
     return all;
 }

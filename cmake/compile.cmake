@@ -8,6 +8,8 @@ if(MSVC)
 else()
   # The same bits on every platform: no fused operations, and on x86 no x87.
   target_compile_options(morandel_compile INTERFACE -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion)
+  # What the library exports is called directly within it.
+  target_compile_options(morandel_compile INTERFACE -fno-semantic-interposition)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "x86|86")
     target_compile_options(morandel_compile INTERFACE -msse2 -mfpmath=sse)
   endif()

@@ -38,6 +38,7 @@ set(MORANDEL_HEADERS
   engine/export.h
   engine/express.h
   engine/functions.h
+  engine/numbers.h
   engine/parameters.h
   engine/text_arena.h
   engine/token.h

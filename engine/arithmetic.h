@@ -18,12 +18,6 @@ Error apply_unary(char code, Value& value);
 // The same on a number alone.
 Error apply_function(char code, double& x);
 
-// Both numbers of an operation must lie in the range that the library computes in; a NaN does.
-inline constexpr double range_bound = 1.7e+308;
-inline bool in_range(double number) {
-    return !(std::abs(number) > range_bound);
-}
-
 // + - * / ^ on numbers. The result replaces the left one.
 inline Error combine(char code, double& left, double right);
 

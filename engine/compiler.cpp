@@ -14,21 +14,7 @@ constexpr std::size_t longest_formula = 512;
 // How tightly operators hold their operands. Relations hold as tightly as powers do.
 enum Precedence : std::uint8_t { open_parenthesis, sum, product, tight };
 
-struct BinaryOperator {
-    Precedence precedence;
-    Operation operation;  // with an operand; with the number below the top, the one of that name
-};
-
-constexpr Operation below(Operation operation) {
-    constexpr int distance =
-        static_cast<int>(Operation::add_below) - static_cast<int>(Operation::add);
-    return static_cast<Operation>(static_cast<int>(operation) + distance);
-}
-
-static_assert(below(Operation::relation) == Operation::relation_below);
-
-// Operators wait on a stack until what follows holds less tightly. An operand waits as well, since
-// most are the right side of an operator and need no step of their own.
+// Operators wait on a stack, with their left sides, until what follows holds less tightly.
 class Compiler {
   public:
     Compiler(const char* formula, const Parameters& parameters, Program& program)
@@ -51,6 +37,7 @@ class Compiler {
         Precedence precedence;
         Operation operation;
         char code;  // of a relation; of an open parenthesis, its sign or function
+        const double* left;
     };
 
     bool at(char wanted) {
@@ -83,7 +70,7 @@ class Compiler {
                 prefix = word->code;
             }
             if (at('(')) {
-                wait({open_parenthesis, Operation::end, prefix});
+                wait({open_parenthesis, Operation::function, prefix, nullptr});
                 continue;
             }
             if (is_any(*m_next, digit)) {
@@ -133,17 +120,10 @@ class Compiler {
         return true;
     }
 
-    void load_operand() {
-        if (m_operand == nullptr) return;
-        m_program.append(Operation::load, 0, m_operand);
-        m_operand = nullptr;
-    }
-
     // A "+" before an operand changes nothing, not even that "int" gives an integer.
     void apply(char prefix) {
         if (prefix == '+') return;
-        load_operand();
-        m_program.append(Operation::unary, prefix, nullptr);
+        m_operand = m_program.append(Operation::function, prefix, m_operand, nullptr);
         m_type = prefix == 'o' ? type_integer : type_number;
     }
 
@@ -154,10 +134,7 @@ class Compiler {
     void reduce(Precedence precedence) {
         while (m_waiting_count > 0 && last_waiting().precedence >= precedence) {
             const Waiting waiting = m_waiting[--m_waiting_count];
-            const bool direct = m_operand != nullptr;
-            m_program.append(direct ? waiting.operation : below(waiting.operation), waiting.code,
-                             m_operand);
-            m_operand = nullptr;
+            m_operand = m_program.append(waiting.operation, waiting.code, waiting.left, m_operand);
             m_type = type_number;
         }
     }
@@ -172,9 +149,7 @@ class Compiler {
 
     bool finish() {
         reduce(sum);
-        load_operand();
-        m_program.append(Operation::end, 0, nullptr);
-        m_program.set_type(m_type);
+        m_program.finish(m_operand, m_type);
         // A named constant alone is what the constant read before it was.
         return m_waiting_count == 0 && m_has_number;
     }
@@ -204,8 +179,7 @@ class Compiler {
 
     bool read_binary(Precedence precedence, Operation operation) {
         reduce(precedence);
-        load_operand();
-        wait({precedence, operation, 0});
+        wait({precedence, operation, 0, m_operand});
         return true;
     }
 
@@ -213,8 +187,7 @@ class Compiler {
     // numbers tell.
     bool read_power() {
         if (m_type == type_integer || waits_for(Operation::relation)) return false;
-        load_operand();
-        wait({tight, Operation::power, 0});
+        wait({tight, Operation::power, 0, m_operand});
         return true;
     }
 
@@ -222,8 +195,7 @@ class Compiler {
     bool read_relation(char code) {
         if (!is_relation(code) || code == code_like || code == code_equal) return false;
         if (waits_for(Operation::relation) || waits_for(Operation::power)) return false;
-        load_operand();
-        wait({tight, Operation::relation, code});
+        wait({tight, Operation::relation, code, m_operand});
         return true;
     }
 
@@ -234,8 +206,8 @@ class Compiler {
     const char* m_next;
     const Parameters& m_parameters;
     Program& m_program;
-    const double* m_operand = nullptr;  // read last and part of no step yet
-    ResultType m_type = type_number;    // of what was computed last
+    const double* m_operand = nullptr;  // what was read or computed last
+    ResultType m_type = type_number;    // of that
     bool m_has_number = false;          // besides named constants
     std::size_t m_waiting_count = 0;
     std::array<Waiting, longest_formula> m_waiting;

@@ -47,7 +47,7 @@ int CExpress::SetPara(MYPARA* para, int index, bool isString) {
     if (isString) {
         m_Para.set_text(slot, para->name, para->strValue);
     } else {
-        m_Para.set_number(slot, para->name, morandel::through_decimals(para->value));
+        m_Para.set_number(slot, para->name, para->value);
     }
     return 1;
 }
@@ -58,11 +58,13 @@ int CExpress::SetExpression(const char* text) {
         m_ErrorNumber = -1;
         return 0;
     }
-    if (is_loaded(text)) {
-        forget_faults();
-        load_again();
-        return 1;
-    }
+    if (!is_loaded(text)) return load(text);
+    forget_faults();
+    load_again();
+    return 1;
+}
+
+int CExpress::load(const char* text) {
     const void* terminator = std::memchr(text, '\0', max_formula + 1);
     if (terminator == nullptr) return 0;
     const auto length = static_cast<std::size_t>(static_cast<const char*>(terminator) - text);
@@ -186,15 +188,29 @@ bool CExpress::isConstVariable(const Token& name) {
 }
 
 int CExpress::CalcExpression() {
+    if (g_NumArray.size() > most_pending || m_TempStr.size() > most_pending) drop_pending();
+    if (!run_program()) calculate_by_levels();
+    return m_Status != 0 ? 1 : 0;
+}
+
+void CExpress::drop_pending() {
     g_NumArray.drop_oldest(most_pending);
     m_TempStr.drop_oldest(most_pending);
-    if (m_Loaded == Loaded::program && m_LoadedGeneration == m_Para.generation() &&
-        m_Program->run(m_Result)) {
-        m_StrResult.clear();
-        m_ResultType = m_Program->type();
-        m_Loaded = Loaded::finished_program;
-        return m_Status != 0 ? 1 : 0;
+}
+
+// Has no effect where it gives false, so that the levels can begin anew.
+bool CExpress::run_program() {
+    if (m_Loaded != Loaded::program || m_LoadedGeneration != m_Para.generation() ||
+        !m_Para.all_in_range() || !m_Program->run(m_Result)) {
+        return false;
     }
+    m_StrResult.clear();
+    m_ResultType = m_Program->type();
+    m_Loaded = Loaded::finished_program;
+    return true;
+}
+
+void CExpress::calculate_by_levels() {
     need_tokens();
     m_ExtraArguments.clear();
     m_Texts.clear();
@@ -204,7 +220,6 @@ int CExpress::CalcExpression() {
     m_Result = value.number;
     m_StrResult = value.text;
     m_ResultType = value.type;
-    return m_Status != 0 ? 1 : 0;
 }
 
 CExpress::Memory CExpress::memory() const {

@@ -157,6 +157,7 @@ class MORANDEL_EXPORT CExpress {
     void forget_faults();
     [[nodiscard]] bool is_loaded(const char* text) const;
     void load_again();
+    int load(const char* text);
     bool load_program();
     bool load_tokens();
     void need_tokens();
@@ -176,6 +177,10 @@ class MORANDEL_EXPORT CExpress {
     void check_next_token();
     bool reject(int status, morandel::Error error);
     bool reject(morandel::Error error);
+
+    void drop_pending();
+    bool run_program();
+    void calculate_by_levels();
 
     // Levels, see levels.cpp.
     void get_exp(Value& value);

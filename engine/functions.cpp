@@ -110,6 +110,21 @@ constexpr std::array<std::uint8_t, slot_count> make_slots() {
 
 constexpr std::array<std::uint8_t, slot_count> word_slots = make_slots();
 
+// For each first byte the lengths of the words that begin with it: most names are no words, and few
+// of those get past this.
+constexpr std::array<std::uint16_t, 256> make_lengths() {
+    std::array<std::uint16_t, 256> lengths{};
+    for (const Word& word : words) {
+        for (const char first : {word.name[0], to_upper(word.name[0])}) {
+            auto& known = lengths[static_cast<unsigned char>(first)];
+            known = static_cast<std::uint16_t>(known | 1U << word.name.size());
+        }
+    }
+    return lengths;
+}
+
+constexpr std::array<std::uint16_t, 256> lengths_of_words = make_lengths();
+
 constexpr std::array<std::uint8_t, 128> make_code_rows() {
     std::array<std::uint8_t, 128> rows{};
     for (std::size_t i = 0; i < std::size(function_table); ++i) {
@@ -138,7 +153,10 @@ const Function* function_of_code(char code) {
 }
 
 const Word* find_word(std::string_view name) {
-    if (name.size() > longest_name) return nullptr;
+    if (name.empty() || name.size() > longest_name) return nullptr;
+    if ((lengths_of_words[static_cast<unsigned char>(name[0])] >> name.size() & 1) == 0) {
+        return nullptr;
+    }
     std::array<char, longest_name> lower{};
     std::size_t hash = 0;
     for (std::size_t i = 0; i < name.size(); ++i) {

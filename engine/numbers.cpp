@@ -114,8 +114,6 @@ std::string_view format_mantissa(double value, NumberBuffer& buffer) {
 }
 
 double through_decimals(double value) {
-    // From here on a double's neighbours are further apart than what 20 decimals can lose.
-    constexpr double kept_by_20_decimals = 0x1p-13;
     if (!(std::abs(value) < kept_by_20_decimals) || value == 0.0) return value;
     NumberBuffer buffer;
     std::string_view text = format_fixed(value, 20, buffer);

@@ -31,6 +31,10 @@ std::string_view format_mantissa(double value, NumberBuffer& buffer);
 // so 1e-21 is 0.
 double through_decimals(double value);
 
+// From here on that is the value itself: a double's neighbours are further apart than what 20
+// decimals can lose.
+inline constexpr double kept_by_20_decimals = 0x1p-13;
+
 // Truncation toward zero; beyond 32 bits it saturates, a NaN gives 0.
 int to_int(double value);
 

@@ -1,59 +1,56 @@
 #include "engine/parameters.h"
 
-#include <algorithm>
-#include <cstring>
-
 namespace morandel {
-namespace {
-
-template <class Integer>
-std::uint64_t load(const char* bytes) {
-    Integer value;
-    std::memcpy(&value, bytes, sizeof value);
-    return value;
-}
-
-// Of a name's size and its first and last eight bytes: the time does not depend on the length.
-std::size_t place(std::string_view name) {
-    const std::size_t size = name.size();
-    std::uint64_t first = 0;
-    std::uint64_t last = 0;
-    if (size >= 8) {
-        first = load<std::uint64_t>(name.data());
-        last = load<std::uint64_t>(name.data() + size - 8);
-    } else if (size >= 4) {
-        first = load<std::uint32_t>(name.data());
-        last = load<std::uint32_t>(name.data() + size - 4);
-    } else if (size > 0) {
-        first = load<std::uint8_t>(name.data());
-        last = load<std::uint8_t>(name.data() + size / 2) << 8 |
-               load<std::uint8_t>(name.data() + size - 1);
+void Parameters::change_count(int count) {
+    if (count > static_cast<int>(m_slots.size())) {
+        m_slots.reserve(most);
+        m_slots.resize(static_cast<std::size_t>(count));
     }
-    constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
-    return static_cast<std::size_t>(((first ^ size) * odd + last) * odd >> 57);
+    m_count = count;
+    ++m_generation;
 }
 
-}  // namespace
+Parameter& Parameters::declare(std::size_t slot, const std::string& name, bool is_text) {
+    Parameter& parameter = m_slots[slot];
+    if (parameter.is_text != is_text || parameter.name != name) {
+        if (static_cast<int>(slot) < m_indexed) {
+            m_indexed = 0;
+            m_index.fill(0);
+        }
+        parameter.name = name;
+        parameter.key = NameKey(name);
+        parameter.is_text = is_text;
+        ++m_generation;
+    }
+    return parameter;
+}
+
+void Parameters::set_text(std::size_t slot, const std::string& name, const std::string& text) {
+    declare(slot, name, true).text = text;
+}
+
+void Parameters::declare_number(std::size_t slot, const std::string& name, double number) {
+    Parameter& parameter = declare(slot, name, false);
+    const double kept = through_decimals(number);
+    m_beyond_range += (in_range(kept) ? 0 : 1) - (in_range(parameter.number) ? 0 : 1);
+    parameter.number = kept;
+}
 
 int Parameters::find(std::string_view name) const {
-    if (m_indexed != m_generation) index();
-    for (std::size_t at = place(name); m_index[at] != 0; at = (at + 1) % index_size) {
+    static_assert(index_size > 2 * most);
+    for (; m_indexed < m_count; ++m_indexed) {
+        std::size_t at = m_slots[static_cast<std::size_t>(m_indexed)].key.hash();
+        while (m_index[at] != 0) at = (at + 1) % index_size;
+        m_index[at] = static_cast<std::uint8_t>(m_indexed + 1);
+    }
+    const NameKey key(name);
+    for (std::size_t at = key.hash(); m_index[at] != 0; at = (at + 1) % index_size) {
         const int slot = m_index[at] - 1;
-        if (m_slots[static_cast<std::size_t>(slot)].name == name) return slot;
+        if (slot < m_count && m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) {
+            return slot;
+        }
     }
     return -1;
-}
-
-void Parameters::index() const {
-    static_assert(index_size > 2 * most);
-    m_index.fill(0);
-    const int count = std::min(m_count, static_cast<int>(m_slots.size()));
-    for (int slot = 0; slot < count; ++slot) {
-        std::size_t at = place(m_slots[static_cast<std::size_t>(slot)].name);
-        while (m_index[at] != 0) at = (at + 1) % index_size;
-        m_index[at] = static_cast<std::uint8_t>(slot + 1);
-    }
-    m_indexed = m_generation;
 }
 
 }  // namespace morandel

@@ -3,19 +3,81 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "engine/numbers.h"
+#include "engine/value.h"
+
 namespace morandel {
+
+template <class Integer>
+std::uint64_t load(const char* bytes) {
+    Integer value;
+    std::memcpy(&value, bytes, sizeof value);
+    return value;
+}
+
+// What a name is compared by. Names of up to 16 bytes are the same where their keys are.
+class NameKey {
+  public:
+    NameKey() = default;
+    explicit NameKey(std::string_view name) : m_size(name.size()) {
+        const char* begin = name.data();
+        if (m_size >= 8) {
+            m_first = load<std::uint64_t>(begin);
+            m_last = load<std::uint64_t>(begin + m_size - 8);
+        } else if (m_size >= 4) {
+            m_first = load<std::uint32_t>(begin);
+            m_last = load<std::uint32_t>(begin + m_size - 4);
+        } else if (m_size > 0) {
+            m_first = load<std::uint8_t>(begin);
+            m_last = load<std::uint8_t>(begin + m_size / 2) << 8 |
+                     load<std::uint8_t>(begin + m_size - 1);
+        }
+    }
+
+    bool operator==(const NameKey&) const = default;
+    [[nodiscard]] bool is_whole_name() const { return m_size <= 16; }
+
+    // Seven bits, for a table of 128.
+    [[nodiscard]] std::size_t hash() const {
+        constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
+        return static_cast<std::size_t>(((m_first ^ m_size) * odd + m_last) * odd >> 57);
+    }
+
+  private:
+    std::size_t m_size = 0;
+    std::uint64_t m_first = 0;  // the first and last eight bytes; of less than eight the first and
+    std::uint64_t m_last = 0;   // last four, or all
+};
 
 struct Parameter {
     std::string name;
+    NameKey key;  // of the name
     double number = 0.0;
     std::string text;
     bool is_text = false;
+
+    // Whether it is that name; of names as short as most are alone, without a call.
+    [[nodiscard]] bool has_short_name(const std::string& wanted) const {
+        const std::size_t size = name.size();
+        if (size != wanted.size()) return false;
+        const char* a = name.data();
+        const char* b = wanted.data();
+        if (size == 1) return *a == *b;
+        if (size < 4 || size > 8) return false;
+        return load<std::uint32_t>(a) == load<std::uint32_t>(b) &&
+               load<std::uint32_t>(a + size - 4) == load<std::uint32_t>(b + size - 4);
+    }
+    [[nodiscard]] bool has_name(std::string_view wanted, const NameKey& wanted_key) const {
+        return key == wanted_key && (key.is_whole_name() || name == wanted);
+    }
 };
 
 class Parameters {
@@ -25,49 +87,48 @@ class Parameters {
     [[nodiscard]] int count() const { return m_count; }
     // Slots keep what they hold.
     void set_count(int count) {
-        if (count != m_count) ++m_generation;
-        m_count = count;
+        if (count != m_count) change_count(count);
     }
 
+    // Slots are below the count.
     void set_number(std::size_t slot, const std::string& name, double number) {
-        named(slot, name, false).number = number;
+        Parameter& parameter = m_slots[slot];
+        const double size = std::abs(number);
+        const bool is_plain = (size >= kept_by_20_decimals && size <= range_bound) || size == 0.0;
+        if (is_plain && m_beyond_range == 0 && !parameter.is_text &&
+            parameter.has_short_name(name)) {
+            parameter.number = number;
+        } else {
+            declare_number(slot, name, number);
+        }
     }
-    void set_text(std::size_t slot, const std::string& name, const std::string& text) {
-        named(slot, name, true).text = text;
-    }
+    void set_text(std::size_t slot, const std::string& name, const std::string& text);
 
     const Parameter& operator[](std::size_t slot) const { return m_slots[slot]; }
 
     // The first of the counted slots that has that name, or -1.
     [[nodiscard]] int find(std::string_view name) const;
 
+    // Whether all numbers are in the range that is computed in, also those that do not count now.
+    [[nodiscard]] bool all_in_range() const { return m_beyond_range == 0; }
+
     // Changes when a name can mean another slot, or its slot another kind of value.
     [[nodiscard]] std::uint32_t generation() const { return m_generation; }
 
   private:
-    Parameter& named(std::size_t slot, const std::string& name, bool is_text) {
-        if (slot >= m_slots.size()) {
-            m_slots.resize(slot + 1);
-            ++m_generation;
-        }
-        Parameter& parameter = m_slots[slot];
-        if (parameter.name != name || parameter.is_text != is_text) {
-            ++m_generation;
-            parameter.name = name;
-            parameter.is_text = is_text;
-        }
-        return parameter;
-    }
-    void index() const;
-
+    void change_count(int count);
+    void declare_number(std::size_t slot, const std::string& name, double number);
+    Parameter& declare(std::size_t slot, const std::string& name, bool is_text);
     static constexpr std::size_t index_size = 128;
 
     int m_count = 0;
+    int m_beyond_range = 0;
     std::uint32_t m_generation = 1;
     std::vector<Parameter> m_slots;
-    // Open addressing over the names; an entry holds a slot plus one. Made when it is asked for.
+    // Open addressing over the names of the first so many slots; an entry holds a slot plus one.
+    // Slots are entered when a name is looked for, and stay when they do not count any more.
     mutable std::array<std::uint8_t, index_size> m_index{};
-    mutable std::uint32_t m_indexed = 0;
+    mutable int m_indexed = 0;
 };
 
 }  // namespace morandel

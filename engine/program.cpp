@@ -3,84 +3,98 @@
 #include "engine/arithmetic.h"
 
 namespace morandel {
-namespace {
 
-template <char code>
-bool combine_in_range(double& left, double right) {
-    return in_range(left) && in_range(right) && combine(code, left, right) == Error::none;
+const double* Program::append(Operation operation, char code, const double* left,
+                              const double* right) {
+    if (!join_product(operation, left, right)) {
+        const int form = static_cast<int>(operation) + (is_result(left, 1) ? 1 : 0);
+        m_step[m_steps++] = {static_cast<Operation>(form), code, left, right};
+    }
+    return &m_result[m_steps - 1];
 }
 
-}  // namespace
+// In a sum of products, what each adds is computed and added in one step.
+bool Program::join_product(Operation operation, const double* left, const double* right) {
+    if (operation != Operation::add && operation != Operation::subtract) return false;
+    if (!is_result(right, 1) || !is_result(left, 2)) return false;
+    Step& product = m_step[m_steps - 1];
+    if (product.operation != Operation::multiply) return false;
+    product.operation = operation == Operation::add ? Operation::add_product_to_last
+                                                    : Operation::subtract_product_from_last;
+    return true;
+}
 
-bool Program::run(double& result) const {
-    std::array<double, longest_formula / 2 + 1> numbers;
-    double* below = numbers.data();
-    double top = 0.0;  // what the first load pushes is not looked at
-    for (const Step* step = m_step.data();; ++step) {
-        bool computed = true;
-        double right = 0.0;
-        const auto operand = [&] { return *step->operand; };
-        const auto take_top = [&] {
-            const double taken = top;
-            top = *--below;
-            return taken;
-        };
+bool Program::run(double& result) {
+    double last = 0.0;
+    double computed = 0.0;  // so that last has no address and stays in a register
+    const Step* const end = m_step.data() + m_steps;
+    double* place = m_result.data();
+    for (const Step* step = m_step.data(); step != end; ++step, ++place) {
         switch (step->operation) {
-            case Operation::end:
-                result = top;
-                return true;
-            case Operation::load:
-                *below++ = top;
-                top = operand();
-                break;
-            case Operation::unary:
-                computed = apply_function(step->code, top) == Error::none;
-                break;
             case Operation::add:
-                computed = combine_in_range<'+'>(top, operand());
+                last = *step->left;
+                [[fallthrough]];
+            case Operation::add_to_last:
+                last += *step->right;
                 break;
             case Operation::subtract:
-                computed = combine_in_range<'-'>(top, operand());
+                last = *step->left;
+                [[fallthrough]];
+            case Operation::subtract_from_last:
+                last -= *step->right;
                 break;
             case Operation::multiply:
-                computed = combine_in_range<'*'>(top, operand());
+                last = *step->left;
+                [[fallthrough]];
+            case Operation::multiply_last:
+                last *= *step->right;
                 break;
             case Operation::divide:
-                computed = combine_in_range<'/'>(top, operand());
+                last = *step->left;
+                [[fallthrough]];
+            case Operation::divide_last:
+                computed = last;
+                if (combine('/', computed, *step->right) != Error::none) return false;
+                last = computed;
                 break;
             case Operation::power:
-                computed = combine_in_range<'^'>(top, operand());
+                last = *step->left;
+                [[fallthrough]];
+            case Operation::power_of_last:
+                computed = last;
+                if (combine('^', computed, *step->right) != Error::none) return false;
+                last = computed;
                 break;
             case Operation::relation:
-                top = holds(step->code, top, operand()) ? 1.0 : 0.0;
+                last = *step->left;
+                [[fallthrough]];
+            case Operation::relation_of_last:
+                last = holds(step->code, last, *step->right) ? 1.0 : 0.0;
                 break;
-            case Operation::add_below:
-                right = take_top();
-                computed = combine_in_range<'+'>(top, right);
+            case Operation::function:
+                last = *step->left;
+                [[fallthrough]];
+            case Operation::function_of_last:
+                computed = last;
+                if (apply_function(step->code, computed) != Error::none) return false;
+                last = computed;
                 break;
-            case Operation::subtract_below:
-                right = take_top();
-                computed = combine_in_range<'-'>(top, right);
+            case Operation::add_product_to_last:
+                computed = *step->left * *step->right;
+                if (!in_range(computed)) return false;
+                last += computed;
                 break;
-            case Operation::multiply_below:
-                right = take_top();
-                computed = combine_in_range<'*'>(top, right);
-                break;
-            case Operation::divide_below:
-                right = take_top();
-                computed = combine_in_range<'/'>(top, right);
-                break;
-            case Operation::power_below:
-                right = take_top();
-                computed = combine_in_range<'^'>(top, right);
-                break;
-            case Operation::relation_below:
-                right = take_top();
-                top = holds(step->code, top, right) ? 1.0 : 0.0;
+            case Operation::subtract_product_from_last:
+                computed = *step->left * *step->right;
+                if (!in_range(computed)) return false;
+                last -= computed;
                 break;
         }
-        if (!computed) return false;
+        if (!in_range(last)) return false;
+        *place = last;
     }
+    result = *m_answer;
+    return true;
 }
 
 }  // namespace morandel

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <string_view>
 
@@ -9,6 +10,12 @@ namespace morandel {
 
 // Result types, as GetResultType reports them and as variables are expected.
 enum ResultType : int { type_integer = 0, type_number = 1, type_text = 2 };
+
+// Both numbers of an operation must lie in the range that is computed in; a NaN does.
+inline constexpr double range_bound = 1.7e+308;
+inline bool in_range(double number) {
+    return !(std::abs(number) > range_bound);
+}
 
 // The four outputs of a level. The text lies in the formula, in a parameter or in the
 // evaluator's text arena, and lives until the next evaluation.

@@ -1,10 +1,11 @@
 // The batch calculation: variables wait in a queue, and one whose formula cannot be evaluated yet
 // goes back to its end.
 
+#include <algorithm>
 #include <cstdint>
+#include <deque>
 
 #include "engine/express.h"
-#include "variables/name_queue.h"
 #include "variables/record_store.h"
 #include "variables/variables.h"
 
@@ -18,12 +19,12 @@ class Calculation {
         : m_records(records), m_error(error), m_result_type(result_type) {}
 
     bool run() {
-        register_all();
-        push_all();
+        register_and_queue_all();
         const auto count = static_cast<std::int64_t>(m_records.size());
         std::int64_t attempts = 0;
         while (!m_queue.empty()) {
-            CVariableExpress& record = *m_records.find(m_queue.pop());
+            CVariableExpress& record = *m_queue.front();
+            m_queue.pop_front();
             if (record.GetType() == CVariableExpress::given) {
                 hand_on(record);
                 settle(record.IsString());
@@ -60,22 +61,17 @@ class Calculation {
     }
 
     // Every variable with its stored value, in list order: what a formula sees that is evaluated
-    // before anything is settled.
-    void register_all() {
-        push_all();
-        for (int slot = 1; !m_queue.empty(); ++slot) {
-            CVariableExpress& record = *m_records.find(m_queue.pop());
+    // before anything is settled. Where names repeat, the first record stands for each of them.
+    void register_and_queue_all() {
+        // Of more variables than there are parameters, formulas see none.
+        m_evaluator.SetNumberOfPara(static_cast<int>(
+            std::min<std::size_t>(m_records.size(), CExpress::max_parameters + 1)));
+        int slot = 0;
+        m_records.each_first_of_name([&](CVariableExpress& record) {
+            m_queue.push_back(&record);
             hand_on(record);
-            m_evaluator.SetNumberOfPara(slot);
-            m_evaluator.SetPara(&m_parameter, slot, record.IsString());
-        }
-    }
-
-    void push_all() {
-        for (const CVariableExpress* record = m_records.head(); record != nullptr;
-             record = record->GetNext()) {
-            m_queue.push(RecordStore::name_of(*record));
-        }
+            m_evaluator.SetPara(&m_parameter, ++slot, record.IsString());
+        });
     }
 
     // Fills the one parameter that all share. Deliberate: what a variable does not have stays from
@@ -98,10 +94,10 @@ class Calculation {
 
     // False where the formula is refused; one that fails waits for another time.
     bool evaluate(CVariableExpress& record) {
-        record.GetExp(m_formula);
-        if (m_evaluator.SetExpression(m_formula.c_str()) == 0) return fail();
+        const std::string& formula = RecordStore::formula_of(record);
+        if (m_evaluator.SetExpression(formula.c_str()) == 0) return fail();
         if (m_evaluator.CalcExpression() == 0) {
-            m_queue.push(RecordStore::name_of(record));
+            m_queue.push_back(&record);
             return true;
         }
         m_result_type = m_evaluator.GetResultType();
@@ -129,8 +125,7 @@ class Calculation {
     int& m_result_type;
     Evaluator m_evaluator;
     MYPARA m_parameter;
-    NameQueue m_queue;
-    std::string m_formula;
+    std::deque<CVariableExpress*> m_queue;
     int m_settled = 0;
 
     // The round of attempts under way: how many of it are left, and what it began with.

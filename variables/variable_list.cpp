@@ -38,13 +38,13 @@ CVariableExpressList& CVariableExpressList::operator=(const CVariableExpressList
 CVariableExpressList::~CVariableExpressList() = default;
 
 int CVariableExpressList::Append(int type, const char* name, double value, const char* exp) {
-    m_pRecords->append(CVariableExpress(type, name, value, exp));
+    m_pRecords->append(type, name, value, exp);
     return 1;
 }
 
 int CVariableExpressList::AppendString(int type, const char* name, const char* strvalue,
                                        const char* exp) {
-    m_pRecords->append(CVariableExpress(type, name, strvalue, exp));
+    m_pRecords->append(type, name, strvalue, exp);
     return 1;
 }
 
