@@ -63,9 +63,9 @@ std::vector<Formula> make_twelve() {
                        {"alpha", "beta", "gamma", "delta", "omega"}));
     all.push_back(same("40 deep", nested(40), {"a"}));
     all.push_back({"conditions",
-                   "(a > 1) and (b > 1)",
-                   "(a > 1) & (b > 1)",
-                   "(a > 1 and b > 1) and 1 or 0",
+                   "(a > 2) and (b > 3)",
+                   "(a > 2) & (b > 3)",
+                   "(a > 2 and b > 3) and 1 or 0",
                    {"a", "b"}});
     all.push_back({"functions",
                    "sqrt(a)+ln(b)*int(c)",
@@ -90,10 +90,14 @@ std::vector<Formula> make_pool() {
         std::string text;
         std::vector<std::string> used;
         unsigned open = 0;
+        unsigned roots = 0;  // the parenthesis of the outermost root that is open
         for (unsigned i = 0; i < operands; ++i) {
-            if (i > 0) text += "+-*/+*"[pick(6)];
+            // No root of a negative number, which the contestants take differently.
+            if (i > 0) text += (roots > 0 ? "++*/+*" : "+-*/+*")[pick(6)];
             if (i + 1 < operands && pick(4) == 0) {
-                text += pick(3) == 0 ? "sqrt(" : "(";
+                const bool root = pick(3) == 0;
+                text += root ? "sqrt(" : "(";
+                if (root && roots == 0) roots = open + 1;
                 ++open;
             }
             if (pick(3) == 0) {
@@ -107,6 +111,7 @@ std::vector<Formula> make_pool() {
             }
             if (open > 0 && i > 0 && pick(2) == 0) {
                 text += ')';
+                if (roots == open) roots = 0;
                 --open;
             }
         }
@@ -161,7 +166,7 @@ const std::vector<Definition>& batch() {
 
 void fill(std::vector<double>& values, unsigned round) {
     for (std::size_t i = 0; i < values.size(); ++i) {
-        values[i] = 0.5 + static_cast<double>((i * 37 + round * 101) % 997) / 285.0;
+        values[i] = 1.1 + static_cast<double>((i * 37 + round * 101) % 997) / 285.0;
     }
 }
 

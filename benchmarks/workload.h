@@ -38,7 +38,7 @@ struct Definition {
 };
 const std::vector<Definition>& batch();
 
-// For the names of a formula; another round, other values. All lie between 0.5 and 4.
+// For the names of a formula; another round, other values. All lie between 1.1 and 4.6.
 void fill(std::vector<double>& values, unsigned round);
 
 }  // namespace bench

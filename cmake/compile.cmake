@@ -21,6 +21,11 @@ if(MORANDEL_SANITIZE)
   target_link_options(morandel_compile INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(MORANDEL_SANITIZE_THREADS)
+  target_compile_options(morandel_compile INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(morandel_compile INTERFACE -fsanitize=thread)
+endif()
+
 if(MORANDEL_COVERAGE)
   target_compile_options(morandel_compile INTERFACE --coverage -O0)
   target_link_options(morandel_compile INTERFACE --coverage)

@@ -54,6 +54,9 @@ function(morandel_library target kind)
   add_library(${target} ${kind} ${MORANDEL_SOURCES})
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:morandel_compile>)
   target_compile_features(${target} PUBLIC cxx_std_20)
+  if(MORANDEL_PER_THREAD_STATE)
+    target_compile_definitions(${target} PUBLIC MORANDEL_PER_THREAD_STATE)
+  endif()
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/morandel>)

@@ -93,7 +93,12 @@ struct StringArgument {
 };
 
 // The numbers of further arguments of all evaluators of the process. Deliberate: shared, and
-// emptied by the construction of any evaluator.
-extern ArgumentStack<double> g_NumArray;
+// emptied by the construction of any evaluator. Built with MORANDEL_PER_THREAD_STATE, the
+// evaluators of each thread share one of their own, and threads can evaluate side by side.
+#ifdef MORANDEL_PER_THREAD_STATE
+extern constinit thread_local ArgumentStack<double> g_NumArray;
+#else
+extern constinit ArgumentStack<double> g_NumArray;
+#endif
 
 }  // namespace morandel

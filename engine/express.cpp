@@ -11,7 +11,11 @@
 
 namespace morandel {
 
+#ifdef MORANDEL_PER_THREAD_STATE
+constinit thread_local ArgumentStack<double> g_NumArray;
+#else
 constinit ArgumentStack<double> g_NumArray;
+#endif
 
 }  // namespace morandel
 

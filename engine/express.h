@@ -14,7 +14,8 @@
 // return 1 for success and 0 for failure and throw nothing but std::bad_alloc.
 //
 // One evaluator serves one thread at a time, and since all of a process share the numbers that
-// calls leave for one another, no two evaluators may evaluate at the same time.
+// calls leave for one another, no two evaluators may evaluate at the same time, unless the library
+// is built with MORANDEL_PER_THREAD_STATE.
 
 #pragma once
 

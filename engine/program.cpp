@@ -1,8 +1,19 @@
 #include "engine/program.h"
 
+#include <cmath>
+
 #include "engine/arithmetic.h"
 
 namespace morandel {
+
+namespace {
+
+// Not beyond the range, and no NaN, whose sign depends on the order of operands.
+bool is_ordinary(double number) {
+    return std::abs(number) <= range_bound;
+}
+
+}  // namespace
 
 const double* Program::append(Operation operation, char code, const double* left,
                               const double* right) {
@@ -81,16 +92,16 @@ bool Program::run(double& result) {
                 break;
             case Operation::add_product_to_last:
                 computed = *step->left * *step->right;
-                if (!in_range(computed)) return false;
+                if (!is_ordinary(computed)) return false;
                 last += computed;
                 break;
             case Operation::subtract_product_from_last:
                 computed = *step->left * *step->right;
-                if (!in_range(computed)) return false;
+                if (!is_ordinary(computed)) return false;
                 last -= computed;
                 break;
         }
-        if (!in_range(last)) return false;
+        if (!is_ordinary(last)) return false;
         *place = last;
     }
     result = *m_answer;

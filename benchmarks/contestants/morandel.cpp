@@ -54,6 +54,7 @@ class Morandel final : public Contestant {
                          const std::string& t) override {
         m_texts[0].strValue = s;
         m_texts[1].strValue = t;
+        m_evaluator.ClearOld();
         m_evaluator.SetNumberOfPara(2);
         m_evaluator.SetPara(&m_texts[0], 1, true);
         m_evaluator.SetPara(&m_texts[1], 2, true);
@@ -92,6 +93,8 @@ class Morandel final : public Contestant {
         if (found == m_records.end()) {
             found = m_records.emplace(&formula, records(formula.names)).first;
         }
+        // A formula that is loaded again would not be read again.
+        e.ClearOld();
         e.SetNumberOfPara(static_cast<int>(values.size()));
         set_values(e, found->second, values);
         return compute(e, formula);
