@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "engine/compiler.h"
+#include "engine/floating_point.h"
 #include "engine/numbers.h"
 #include "engine/tokenizer.h"
 
@@ -69,6 +70,7 @@ int CExpress::SetExpression(const char* text) {
 }
 
 int CExpress::load(const char* text) {
+    const morandel::DefaultFloatingPoint environment;
     const void* terminator = std::memchr(text, '\0', max_formula + 1);
     if (terminator == nullptr) return 0;
     const auto length = static_cast<std::size_t>(static_cast<const char*>(terminator) - text);
@@ -138,6 +140,7 @@ bool CExpress::load_tokens() {
 // Cuts a compiled formula into the tokens that all but its computation works with.
 void CExpress::need_tokens() {
     if (m_Loaded != Loaded::program && m_Loaded != Loaded::finished_program) return;
+    const morandel::DefaultFloatingPoint environment;
     const bool finished = m_Loaded == Loaded::finished_program;
     morandel::tokenize(m_Formula, m_Tokens);
     m_Loaded = Loaded::constant_tokens;
@@ -192,6 +195,7 @@ bool CExpress::isConstVariable(const Token& name) {
 }
 
 int CExpress::CalcExpression() {
+    const morandel::DefaultFloatingPoint environment;
     if (g_NumArray.size() > most_pending || m_TempStr.size() > most_pending) drop_pending();
     if (!run_program()) calculate_by_levels();
     return m_Status != 0 ? 1 : 0;

@@ -1,5 +1,7 @@
 #include "engine/parameters.h"
 
+#include "engine/floating_point.h"
+
 namespace morandel {
 void Parameters::change_count(int count) {
     if (count > static_cast<int>(m_slots.size())) {
@@ -30,6 +32,7 @@ void Parameters::set_text(std::size_t slot, const std::string& name, const std::
 }
 
 void Parameters::declare_number(std::size_t slot, const std::string& name, double number) {
+    const DefaultFloatingPoint environment;
     Parameter& parameter = declare(slot, name, false);
     const double kept = through_decimals(number);
     m_beyond_range += (in_range(kept) ? 0 : 1) - (in_range(parameter.number) ? 0 : 1);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <array>
-#include <cmath>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -93,9 +93,7 @@ class Parameters {
     // Slots are below the count.
     void set_number(std::size_t slot, const std::string& name, double number) {
         Parameter& parameter = m_slots[slot];
-        const double size = std::abs(number);
-        const bool is_plain = (size >= kept_by_20_decimals && size <= range_bound) || size == 0.0;
-        if (is_plain && m_beyond_range == 0 && !parameter.is_text &&
+        if (is_plain(number) && m_beyond_range == 0 && !parameter.is_text &&
             parameter.has_short_name(name)) {
             parameter.number = number;
         } else {
@@ -116,6 +114,15 @@ class Parameters {
     [[nodiscard]] std::uint32_t generation() const { return m_generation; }
 
   private:
+    // Whether 20 decimals and the range leave it alone. Compared as bits, which cannot trap where a
+    // host has floating-point exceptions on.
+    static bool is_plain(double number) {
+        const std::uint64_t size = std::bit_cast<std::uint64_t>(number) << 1 >> 1;
+        return (size >= std::bit_cast<std::uint64_t>(kept_by_20_decimals) &&
+                size <= std::bit_cast<std::uint64_t>(range_bound)) ||
+               size == 0;
+    }
+
     void change_count(int count);
     void declare_number(std::size_t slot, const std::string& name, double number);
     Parameter& declare(std::size_t slot, const std::string& name, bool is_text);

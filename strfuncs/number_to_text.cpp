@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "engine/floating_point.h"
 #include "strfuncs/routines.h"
 
 namespace morandel {
@@ -44,6 +45,7 @@ class FractionDigits {
 }  // namespace
 
 Error write_number(double x, int decimals, NumberBuffer& room, std::string_view& text) {
+    const DefaultFloatingPoint environment;
     text = {};
     if (decimals < all_decimals) return Error::not_positive;
     if (decimals > most_decimals) return Error::too_many_decimals;

@@ -1,0 +1,238 @@
+// Memory that runs out: each call, with its first, second, third ... allocation failing, once or
+// from then on. What comes out is std::bad_alloc, nothing leaks, and the objects answer afterwards.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "morandel.h"
+
+namespace {
+
+long live = 0;           // allocations that are not given back
+long left_to_fail = -1;  // allocations until one fails; negative: none does
+bool fails_on = false;   // and all after it do
+
+bool fails() {
+    if (left_to_fail < 0 || --left_to_fail > 0) return false;
+    left_to_fail = fails_on ? 1 : -1;
+    return true;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    if (fails()) throw std::bad_alloc();
+    void* room = std::malloc(size);
+    if (room == nullptr) throw std::bad_alloc();
+    ++live;
+    return room;
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return ::operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+void operator delete(void* room) noexcept {
+    if (room != nullptr) --live;
+    std::free(room);
+}
+void operator delete(void* room, std::size_t) noexcept {
+    ::operator delete(room);
+}
+
+namespace {
+
+const std::string long_text(200, 'x');
+
+struct Objects {
+    CExpress evaluator;
+    CExpressionCheck check;
+    CVariableExpressList list;
+    CVariableExpress record{CVariableExpress::given, "record", 1.0, "a formula of some length"};
+    std::string text;
+
+    void set_parameters() {
+        MYPARA number{"a long name of a parameter", 3.0, ""};
+        MYPARA s{"s", 0.0, long_text};
+        evaluator.SetNumberOfPara(2);
+        evaluator.SetPara(&number, 1, false);
+        evaluator.SetPara(&s, 2, true);
+    }
+
+    // What must work whatever has failed before.
+    void expect_answers() {
+        set_parameters();
+        evaluator.ClearOld();
+        set_parameters();
+        ASSERT_EQ(evaluator.SetExpression("1+2*3"), 1);
+        ASSERT_EQ(evaluator.CalcExpression(), 1);
+        ASSERT_EQ(evaluator.GetResult(), 7.0);
+        ASSERT_EQ(evaluator.SetExpression("strlen(s)+free"), 1);
+        ASSERT_EQ(evaluator.GetVariableNum(), 1);
+        ASSERT_EQ(evaluator.SetExpression("strlen(strtrims(s))"), 1);
+        ASSERT_EQ(evaluator.CalcExpression(), 1);
+        ASSERT_EQ(evaluator.GetResult(), 200.0);
+        check.Reset();
+        ASSERT_TRUE(check.CheckExpression("sqrt(\"a\")"));
+        ASSERT_EQ(check.m_errors.size(), 1U);
+        list.Free();
+        list.Append(CVariableExpress::computed, "y", 0.0, "x*2");
+        list.Append(CVariableExpress::given, "x", 21.0, "");
+        ASSERT_EQ(list.Cal(), 1);
+        ASSERT_EQ(list.FindByNameAndGetValue("y"), 42.0);
+    }
+};
+
+// Fails each allocation of the calls in turn. Says how many there were.
+long fail_each(const std::function<void(Objects&)>& calls) {
+    // What is kept for the process is there before anything is counted.
+    for (int warm = 0; warm < 2; ++warm) {
+        Objects objects;
+        calls(objects);
+        objects.expect_answers();
+    }
+    for (const bool from_then_on : {false, true}) {
+        for (long n = 1;; ++n) {
+            const long before = live;
+            bool failed = false;
+            {
+                Objects objects;
+                left_to_fail = n;
+                fails_on = from_then_on;
+                try {
+                    calls(objects);
+                } catch (const std::bad_alloc&) {
+                    failed = true;
+                }
+                const bool reached = left_to_fail < 0 || (from_then_on && failed);
+                left_to_fail = -1;
+                objects.expect_answers();
+                if (!reached && from_then_on) return n - 1;
+                if (!reached) break;
+                EXPECT_TRUE(failed) << "a failed allocation went unseen";
+            }
+            EXPECT_EQ(live, before) << "allocation " << n;
+            if (testing::Test::HasFailure() || n > 10'000) return n;
+        }
+    }
+    return 0;
+}
+
+TEST(Fault, Construction) {
+    EXPECT_GT(fail_each([](Objects&) { const Objects more; }), 0);
+}
+
+TEST(Fault, Parameters) {
+    EXPECT_GT(fail_each([](Objects& o) { o.set_parameters(); }), 2);
+}
+
+TEST(Fault, Formulas) {
+    for (const char* formula : {"1+2*3",
+                                "sqrt(a^2+1)",
+                                "strcat(s, \"literal of some length\", s)",
+                                "strsub(s, 2, 150)",
+                                "free+another free",
+                                "strreplace(\"yy\", \"x\", s)",
+                                "preci(2.675, 2)",
+                                "mod(7, 4)",
+                                "1/0",
+                                "strcase(s)",
+                                "left(s, 100)",
+                                "r2s(1/3)",
+                                "strcat(strcat(s, s), s)",
+                                "if(1, s, s)",
+                                "(1",
+                                "1+\"",
+                                "strinsert(s, s, 3)",
+                                "s equal s",
+                                "strdelete(\"x\", s)",
+                                "strtrim(\"x\", s)",
+                                "5!+"}) {
+        EXPECT_GT(fail_each([formula](Objects& o) {
+                      o.set_parameters();
+                      o.evaluator.SetExpression(formula);
+                      o.evaluator.VerifyExpression();
+                      o.evaluator.SetExpression(formula);
+                      o.evaluator.CalcExpression();
+                      int type = 0;
+                      o.text = o.evaluator.GetVariable(1, &type);
+                      o.evaluator.CalcExpression();
+                      o.evaluator.SetExpression(nullptr);
+                      o.evaluator.ClearOld();
+                  }),
+                  0)
+            << formula;
+    }
+}
+
+// Tokens of a compiled formula are made when they are asked for.
+TEST(Fault, ACompiledFormulaThatFails) {
+    EXPECT_GT(fail_each([](Objects& o) {
+                  o.evaluator.SetExpression("1/(2-2)");
+                  o.evaluator.CalcExpression();
+              }),
+              0);
+}
+
+TEST(Fault, TheChecker) {
+    EXPECT_GT(fail_each([](Objects& o) {
+                  for (const char* formula :
+                       {"sqrt(\"a\")+strlen(1)*mod(2)", "strcat(1, strsub(2, \"a\"))",
+                        "((((1+2))))", "1+\"", "left(1)"}) {
+                      o.check.CheckExpression(formula);
+                  }
+                  o.text = o.check.GetExpressionError(0).strName;
+              }),
+              5);
+}
+
+TEST(Fault, Lists) {
+    EXPECT_GT(fail_each([](Objects& o) {
+                  o.list.Append(CVariableExpress::computed, "total of a long name", 0.0,
+                                "price*count+1");
+                  o.list.Append(CVariableExpress::given, "price", 3.0, "");
+                  o.list.FindByName("price");
+                  o.list.Append(CVariableExpress::given, "count", 2.0, "");
+                  o.list.Append(CVariableExpress::given, "count", 5.0, "");
+                  o.list.AppendString(CVariableExpress::given, "t", long_text.c_str(), "");
+                  o.list.Append(CVariableExpress::computed, "u", 0.0, "strcat(t, t, \"a\")");
+                  o.list.Append(CVariableExpress::computed, "never", 0.0, "never+1");
+                  o.list.Cal();
+                  o.list.DeleteOneNodeByName("count");
+                  o.text = o.list.FindByNameAndGetStrValue("u");
+                  CVariableExpressList copy(o.list);
+                  copy.Append(CVariableExpress::given, "more", 1.0, "");
+                  copy = CVariableExpressList();
+                  int error = 0;
+                  o.list.GetExpressionError(&error, &error);
+              }),
+              20);
+}
+
+TEST(Fault, Records) {
+    EXPECT_GT(fail_each([](Objects& o) {
+                  CVariableExpress other(CVariableExpress::computed, long_text.c_str(),
+                                         long_text.c_str(), "1");
+                  other.SetExp(long_text.c_str());
+                  o.record = other;
+                  o.record.SetName("another name of some length");
+                  o.record.SetStrValue(long_text);
+                  o.record.GetName(o.text);
+                  o.record.GetExp(o.text);
+                  o.text = o.record.GetStrValue();
+                  CCStringNode node(long_text.c_str());
+                  const CCStringNode copy = node;
+                  o.text = copy.m_strText;
+                  morandel::number_to_text(1e300, -1, o.text);
+              }),
+              8);
+}
+
+}  // namespace

@@ -1,0 +1,119 @@
+// A host may round another way, trap what is inexact or compute with less precision: outcomes keep
+// every bit, and the host's environment is as it was.
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cfenv>
+#include <cfloat>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "morandel.h"
+
+namespace {
+
+std::vector<std::string> outcomes() {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double values[] = {0.1,    2.0 / 3.0, 1e-7,     1e-21, 5e-324,
+                                 -1e300, 1.7e308,   infinity, nan};
+    std::vector<std::string> all;
+    const auto note = [&all](double number, const std::string& text) {
+        all.push_back(std::to_string(std::bit_cast<std::uint64_t>(number)) + ' ' + text);
+    };
+    for (const double value : values) {
+        for (const char* formula : {"a",
+                                    "a/3",
+                                    "a*a",
+                                    "1/3+0.1",
+                                    "a-0.30000000000000004",
+                                    "1e",
+                                    "sqrt(2)*a",
+                                    "sin(a)+ln(2)",
+                                    "10^a",
+                                    "1/0",
+                                    "preci(a, 3)",
+                                    "mod(a, 0.07)",
+                                    "int(a)+deci(a)",
+                                    "r2s(a)",
+                                    "r2s(a/3, 5)",
+                                    "s2r(\"0.1\")/7",
+                                    "170!",
+                                    "a > 0.1",
+                                    "123456789.123456789*0.1",
+                                    "tan(90)"}) {
+            CExpress e;
+            MYPARA a{"a", value, ""};
+            e.SetNumberOfPara(1);
+            e.SetPara(&a, 1, false);
+            e.SetExpression(formula);
+            e.CalcExpression();
+            note(e.GetResult(), e.m_StrResult + e.m_ErrorMessage);
+            CExpressionCheck check;
+            all.emplace_back(check.CheckExpression(formula) ? "faulty" : "well");
+        }
+        std::string text;
+        morandel::number_to_text(value, -1, text);
+        note(0.0, text);
+    }
+    CVariableExpressList list;
+    list.Append(CVariableExpress::given, "x", 0.1, "");
+    list.Append(CVariableExpress::computed, "y", 0.0, "x/3");
+    list.Cal();
+    note(list.FindByNameAndGetValue("y"), "");
+    return all;
+}
+
+void expect_the_same_under(const std::function<void()>& change) {
+    const std::vector<std::string> wanted = outcomes();
+    std::fenv_t before;
+    std::fegetenv(&before);
+    change();
+    const int rounding = std::fegetround();
+    const std::vector<std::string> found = outcomes();
+    EXPECT_EQ(std::fegetround(), rounding);
+    std::fesetenv(&before);
+    EXPECT_EQ(found, wanted);
+}
+
+TEST(FloatingPoint, AnyRounding) {
+    for (const int rounding : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+        expect_the_same_under([rounding] { ASSERT_EQ(std::fesetround(rounding), 0); });
+    }
+}
+
+#ifdef __GLIBC__
+TEST(FloatingPoint, TrapsAreOn) {
+    expect_the_same_under([] { ASSERT_NE(feenableexcept(FE_ALL_EXCEPT), -1); });
+}
+
+TEST(FloatingPoint, TrapsAreOnAgain) {
+    std::fenv_t before;
+    std::fegetenv(&before);
+    feenableexcept(FE_INVALID | FE_DIVBYZERO);
+    (void)outcomes();
+    const int traps = fegetexcept();
+    std::fesetenv(&before);
+    EXPECT_EQ(traps, FE_INVALID | FE_DIVBYZERO);
+}
+#endif
+
+#ifdef _WIN32
+TEST(FloatingPoint, TrapsAreOn) {
+    expect_the_same_under([] { _controlfp(0, _MCW_EM); });
+}
+#ifndef _WIN64
+TEST(FloatingPoint, LessPrecision) {
+    for (const unsigned precision : {_PC_24, _PC_53}) {
+        expect_the_same_under([precision] { _controlfp(precision, _MCW_PC); });
+    }
+}
+#endif
+#endif
+
+}  // namespace
