@@ -130,6 +130,8 @@ void read_csv(std::istream& in, const std::function<bool(Row&, std::uint64_t)>& 
 }
 
 std::string csv_line(const Row& row) {
+    // A blank line would be no row.
+    if (row.size() == 1 && row[0].empty()) return "\"\"\n";
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const std::string& field = row[i];

@@ -58,7 +58,8 @@ void print_line(const std::string& line) {
 }
 
 void print_line(const nlohmann::json& object) {
-    print_line(object.dump());
+    // A message may quote bytes that are no UTF-8.
+    print_line(object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
 void print_problem(const std::string& problem) {

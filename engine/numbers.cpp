@@ -1,5 +1,6 @@
 #include "engine/numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -39,9 +40,9 @@ double beyond_range(std::string_view numeral, std::chars_format format) {
         long long power = 0;
         const auto read =
             std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
-        if (read.ec == std::errc::result_out_of_range)
-            power = exponent[0] == '-' ? -1'000'000'000 : 1'000'000'000;
-        magnitude += power;
+        constexpr long long most = 1'000'000'000;  // more than any text has digits
+        if (read.ec == std::errc::result_out_of_range) power = exponent[0] == '-' ? -most : most;
+        magnitude += std::clamp(power, -most, most);
     }
     return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
 }

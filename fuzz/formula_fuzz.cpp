@@ -1,33 +1,57 @@
-// One formula: loaded and evaluated on a fresh evaluator and on one that has seen all before. Both
-// must agree on what the formula is; what it gives may differ by what is pending.
+// One formula with two numbers and a text: compiled and by the levels, on new evaluators, all that
+// shows must be the same; and one that has seen all before must agree on what the formula is.
 
 #include "fuzz/bytes.h"
 #include "morandel.h"
 
 namespace {
 
-void declare(CExpress& e) {
-    MYPARA number{"a", 2.5, ""};
-    MYPARA text{"s", 0.0, "a b,c"};
-    e.SetNumberOfPara(2);
-    e.SetPara(&number, 1, false);
-    e.SetPara(&text, 2, true);
+struct Evaluator : CExpress {
+    void forbid_program() { seek(0); }
+
+    void declare(double a, double b) {
+        MYPARA first{"a", a, ""};
+        MYPARA second{"rate", b, ""};
+        MYPARA text{"s", 0.0, "a b,c"};
+        SetNumberOfPara(3);
+        SetPara(&first, 1, false);
+        SetPara(&second, 2, false);
+        SetPara(&text, 3, true);
+    }
+};
+
+bool same(double a, double b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static CExpress used;
-    const std::string formula(data, data + size);
-    CExpress fresh;
-    declare(fresh);
-    declare(used);
+    Bytes bytes(data, size);
+    const std::string formula = bytes.line();
+    const double a = bytes.number();
+    const double b = bytes.number();
+    static Evaluator used;
+    used.declare(a, b);
     const int accepted = used.SetExpression(formula.c_str());
     const int status = used.GetStatu();
     used.CalcExpression();
-    if (fresh.SetExpression(formula.c_str()) != accepted) __builtin_trap();
-    if (accepted == 1 && fresh.GetStatu() != status) __builtin_trap();
-    if (accepted == 1 && fresh.GetVariableNum() != used.GetVariableNum()) __builtin_trap();
-    fresh.CalcExpression();
+
+    Evaluator plain;
+    plain.declare(a, b);
+    if (plain.SetExpression(formula.c_str()) != accepted) __builtin_trap();
+    if (accepted == 1 && plain.GetStatu() != status) __builtin_trap();
+    if (accepted == 1 && plain.GetVariableNum() != used.GetVariableNum()) __builtin_trap();
+    plain.forbid_program();
+    const int computed = plain.CalcExpression();
+
+    Evaluator fast;  // empties the numbers that are pending
+    fast.declare(a, b);
+    fast.SetExpression(formula.c_str());
+    if (fast.CalcExpression() != computed || !same(fast.GetResult(), plain.GetResult()) ||
+        fast.GetResultType() != plain.GetResultType() || fast.m_StrResult != plain.m_StrResult ||
+        fast.m_ErrorMessage != plain.m_ErrorMessage) {
+        __builtin_trap();
+    }
     return 0;
 }

@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     std::vector<std::filesystem::path> files;
     for (const auto& entry :
-         std::filesystem::directory_iterator(MORANDEL_SOURCE_FOLDER "/tests/cases")) {
+         std::filesystem::recursive_directory_iterator(MORANDEL_SOURCE_FOLDER "/tests/cases")) {
         if (entry.path().extension() == ".cases") files.push_back(entry.path());
     }
     std::ranges::sort(files);

@@ -118,6 +118,20 @@ class Host {
     IDispatch* m_dispatch = nullptr;
 };
 
+// Bytes on the process's heaps.
+inline std::size_t memory_in_use() {
+    std::size_t bytes_in_use = 0;
+    HANDLE heaps[32];
+    const DWORD count = GetProcessHeaps(32, heaps);
+    for (DWORD i = 0; i < count && i < 32; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heaps[i], &entry) != 0) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes_in_use += entry.cbData;
+        }
+    }
+    return bytes_in_use;
+}
+
 inline std::wstring to_wide(const std::string& gbk) {
     std::wstring wide(gbk.size(), L'\0');
     const int size = MultiByteToWideChar(936, 0, gbk.data(), static_cast<int>(gbk.size()),

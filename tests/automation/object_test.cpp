@@ -354,19 +354,6 @@ TEST_F(Library, CarriesItsResources) {
     EXPECT_NE(FindResourceW(m_library, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16)), nullptr);
 }
 
-std::size_t memory_in_use() {
-    std::size_t bytes_in_use = 0;
-    HANDLE heaps[32];
-    const DWORD count = GetProcessHeaps(32, heaps);
-    for (DWORD i = 0; i < count && i < 32; ++i) {
-        PROCESS_HEAP_ENTRY entry{};
-        while (HeapWalk(heaps[i], &entry) != 0) {
-            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes_in_use += entry.cbData;
-        }
-    }
-    return bytes_in_use;
-}
-
 TEST_F(Library, AHundredThousandObjectsLeaveNothingBehind) {
     const Pointer<IClassFactory> makes = factory();
     std::size_t before = 0;

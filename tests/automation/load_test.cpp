@@ -1,0 +1,95 @@
+// The object under load: apartments side by side, and calls without end.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "automation/pointer.h"
+#include "tests/automation/host.h"
+
+namespace {
+
+using morandel::automation::Pointer;
+using namespace morandel::hosts;
+
+char* bytes(const std::string& text) {
+    return const_cast<char*>(text.c_str());
+}
+
+// Requests whose calls leave numbers for one another, all answers in a row.
+std::wstring work(int number, int rounds) {
+    std::wstring log;
+    Pointer<IComExpress> object;
+    if (CoCreateInstance(CLSID_ComExpress, nullptr, CLSCTX_INPROC_SERVER, IID_IComExpress,
+                         object.fill_untyped()) != S_OK) {
+        return L"no object";
+    }
+    for (int round = 0; round < rounds; ++round) {
+        object->Clear();
+        object->SetValue(1, bytes("x"), number + round % 7, bytes(""));
+        object->SetStringValue(1, bytes("s"), bytes("text of " + std::to_string(number)),
+                               bytes(""));
+        object->SetValue(0, bytes("y"), 0.0, bytes("mod(x, 3)+preci(x/3, 2)"));
+        object->SetValue(0, bytes("z"), 0.0, bytes("y*2+strlen(strsub(s, 2, 4))"));
+        for (const char* name : {"y", "z"}) {
+            double value = 0.0;
+            object->GetValue(bytes(name), &value);
+            log += std::to_wstring(value) + L';';
+        }
+        int result = 0;
+        int faults = 0;
+        object->ExpressionCheck(bytes("sqrt(\"a\")+mod(1)"), &result, &faults);
+        log += std::to_wstring(faults);
+        if (log.size() > 4096) log.erase(0, 2048);
+    }
+    return log;
+}
+
+struct Thread {
+    int number;
+    std::wstring log;
+
+    static DWORD WINAPI run(void* self) {
+        auto* thread = static_cast<Thread*>(self);
+        const Apartment apartment;
+        thread->log = work(thread->number, 3000);
+        return 0;
+    }
+};
+
+TEST(Load, ApartmentsWorkSideBySide) {
+    std::vector<std::wstring> alone;
+    {
+        const Apartment apartment;
+        for (int i = 0; i < 3; ++i) alone.push_back(work(i, 3000));
+    }
+    Thread threads[3] = {{0, {}}, {1, {}}, {2, {}}};
+    HANDLE handles[3];
+    for (int i = 0; i < 3; ++i) {
+        handles[i] = CreateThread(nullptr, 0, Thread::run, &threads[i], 0, nullptr);
+    }
+    ASSERT_NE(WaitForMultipleObjects(3, handles, TRUE, 240'000), WAIT_TIMEOUT);
+    for (std::size_t i = 0; i < 3; ++i) {
+        CloseHandle(handles[i]);
+        EXPECT_EQ(threads[i].log, alone[i]);
+    }
+}
+
+TEST(Load, AMillionCallsLeaveNothingBehind) {
+    const Apartment apartment;
+    work(1, 5000);
+    const std::size_t before = memory_in_use();
+    work(1, 110'000);  // of nine calls
+    const Host host;
+    ASSERT_EQ(host.created, S_OK);
+    const Variant name(std::wstring(L"x"));
+    for (int i = 0; i < 10'000; ++i) {
+        host.call(L"Clear", {});
+        Variant value(0.0);
+        host.call(L"GetValue", {name, value.by_reference()});
+    }
+    EXPECT_LT(memory_in_use(), before + 65'536);
+}
+
+}  // namespace
