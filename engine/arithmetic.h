@@ -65,10 +65,8 @@ inline Error combine(char code, double& left, double right) {
             left /= right;
             if (left > range_bound) return Error::out_of_range;
             break;
-        case '^':
+        default:  // ^
             left = right == 0.0 ? 1.0 : power(left, right);
-            break;
-        default:
             break;
     }
     return Error::none;

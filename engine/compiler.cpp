@@ -42,7 +42,7 @@ class Compiler {
 
     bool at(char wanted) {
         while (*m_next == ' ') ++m_next;
-        if (*m_next != wanted || wanted == '\0') return false;
+        if (*m_next != wanted) return false;
         ++m_next;
         return true;
     }

@@ -73,7 +73,7 @@ bool Program::run(double& result) {
                 [[fallthrough]];
             case Operation::power_of_last:
                 computed = last;
-                if (combine('^', computed, *step->right) != Error::none) return false;
+                combine('^', computed, *step->right);  // which has no errors
                 last = computed;
                 break;
             case Operation::relation:
