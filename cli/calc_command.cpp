@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -32,10 +33,20 @@ class Reader {
     Reader(Definitions& definitions, std::string source)
         : m_definitions(definitions), m_source(std::move(source)) {}
 
-    // False where a line is faulty; all faulty lines are reported.
+    // False where a line is faulty; faulty lines are reported, up to a hundred. Throws
+    // std::runtime_error for input without an end.
     bool read(std::istream& in) {
+        constexpr int most_problems = 100;
+        constexpr std::size_t longest_input = std::size_t{64} * 1024 * 1024;
         std::string line;
+        std::size_t size = 0;
         while (read_line(in, line)) {
+            size += line.size() + 1;
+            if (size > longest_input) throw std::runtime_error("more than 64 MiB of definitions");
+            if (m_problems >= most_problems) {
+                print_problem("so many lines are faulty that the rest is not read");
+                return false;
+            }
             ++m_line;
             try {
                 read_definition(line);
@@ -44,7 +55,7 @@ class Reader {
             }
         }
         if (in.bad()) complain("cannot be read");
-        return m_well;
+        return m_problems == 0;
     }
 
   private:
@@ -79,7 +90,7 @@ class Reader {
     }
 
     void complain(const std::string& problem) {
-        m_well = false;
+        ++m_problems;
         print_problem(m_source + ":" + std::to_string(m_line) + ": " + problem);
     }
 
@@ -87,7 +98,7 @@ class Reader {
     std::string m_source;
     Evaluator m_evaluator;
     int m_line = 0;
-    bool m_well = true;
+    int m_problems = 0;
 };
 
 bool read_file(const std::string& file, Definitions& definitions) {

@@ -24,6 +24,9 @@ class Parser {
     }
 
     void finish(std::uint64_t read_so_far) {
+        if (m_state == State::quoted) {
+            throw std::runtime_error("the last row ends within quotes; is the file cut off?");
+        }
         if (m_state != State::row_start) end_row(read_so_far);
     }
 

@@ -18,7 +18,7 @@ constexpr std::size_t longest_row = std::size_t{16} * 1024 * 1024;  // bytes
 
 // Hands on each row until the end, or until on_row gives false; read_so_far is in bytes. Blank
 // lines are no rows, except in a file of one column. Throws std::runtime_error for a row of more
-// than longest_row, such as one whose quote is never closed.
+// than longest_row, and for a last row whose quote is not closed.
 void read_csv(std::istream& in,
               const std::function<bool(Row& row, std::uint64_t read_so_far)>& on_row);
 

@@ -24,7 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (std::isfinite(number)) {
         const double back = morandel::text_to_number(written);
         const double most = 1e-13 * std::max(1.0, std::abs(number));
-        // Where the decimals round up to a whole, that is not carried over: 8.9999999999999999 is 8.
+        // Where the decimals round up to a whole, that is not carried over: 8.9999999999999999
+        // is 8.
         const bool lost_carry = back == std::trunc(number);
         if (!(std::abs(back - number) <= most) && !lost_carry) __builtin_trap();
     }

@@ -2,6 +2,7 @@
 // a prompt or a file of definitions.
 
 #include <sstream>
+#include <stdexcept>
 
 #include "cli/csv.h"
 #include "cli/lines.h"
@@ -12,13 +13,17 @@ namespace {
 
 using namespace morandel::cli;
 
+// The rows up to the one that is refused, if any.
 std::vector<Row> rows_of(const std::string& text) {
     std::vector<Row> rows;
     std::istringstream in(text);
-    read_csv(in, [&](Row& row, std::uint64_t) {
-        rows.push_back(row);
-        return true;
-    });
+    try {
+        read_csv(in, [&](Row& row, std::uint64_t) {
+            rows.push_back(row);
+            return true;
+        });
+    } catch (const std::runtime_error&) {
+    }
     return rows;
 }
 
