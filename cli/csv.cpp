@@ -14,7 +14,7 @@ class Parser {
 
     // False when on_row wants no more.
     bool parse(std::string_view text, std::uint64_t read_so_far) {
-        for (const char c : text) {
+        for (const char c : text) {  // NOLINT(readability-use-anyofallof): it throws
             if (!take(c, read_so_far)) return false;
             if (++m_row_size > longest_row) {
                 throw std::runtime_error("a row is longer than 16 MiB; is a quote not closed?");

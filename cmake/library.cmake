@@ -17,6 +17,7 @@ set(MORANDEL_SOURCES
   engine/preparation.cpp
   engine/program.cpp
   engine/rounding.cpp
+  engine/search.cpp
   engine/tokenizer.cpp
   engine/validator.cpp
   strfuncs/choosing.cpp

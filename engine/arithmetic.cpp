@@ -5,6 +5,7 @@
 
 #include "engine/characters.h"
 #include "engine/functions.h"
+#include "engine/search.h"
 
 namespace morandel {
 namespace {
@@ -153,7 +154,7 @@ void apply_case(Value& value, double mode, TextArena& arena) {
 void apply_relation(char code, Value& left, const Value& right) {
     bool result = false;
     if (code == code_like) {
-        result = left.text.find(right.text) != std::string_view::npos;
+        result = find_piece(left.text, right.text) != std::string_view::npos;
     } else if (code == code_equal) {
         result = left.text == right.text;
     } else {

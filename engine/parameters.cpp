@@ -40,7 +40,7 @@ void Parameters::declare_number(std::size_t slot, const std::string& name, doubl
 }
 
 int Parameters::find(std::string_view name) const {
-    static_assert(index_size > 2 * most);
+    static_assert(index_size > std::size_t{2} * most);
     for (; m_indexed < m_count; ++m_indexed) {
         std::size_t at = m_slots[static_cast<std::size_t>(m_indexed)].key.hash();
         while (m_index[at] != 0) at = (at + 1) % index_size;

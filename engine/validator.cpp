@@ -44,7 +44,10 @@ int CExpress::VerifyExpression() {
     m_CheckEnded = false;
     check_next_token();
     if (m_TokenType == NONE || !E() || m_CheckEnded) return 0;
-    if (m_TokenType != NONE && !at('!')) return reject(8, Error::missing_operator) ? 1 : 0;
+    if (m_TokenType != NONE && !at('!')) {
+        reject(8, Error::missing_operator);
+        return 0;
+    }
     m_ExpressionStatus = 0;
     return 1;
 }

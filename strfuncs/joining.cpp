@@ -35,7 +35,7 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
     Writer writer(room);
     writer.append(head);
     for (std::size_t left_over = count; left_over > 0; --left_over) {
-        const std::size_t at = text.find(old);
+        const std::size_t at = find_piece(text, old);
         writer.append(text.substr(0, at));
         writer.append(replacement);
         text.remove_prefix(at + old.size());
@@ -90,7 +90,8 @@ Error strreplace(Call& call) {
     } else {
         std::string_view part = text.substr(offset);
         std::string_view rest;
-        if (const std::size_t at = part.find(old); first_only && at != std::string_view::npos) {
+        if (const std::size_t at = find_piece(part, old);
+            first_only && at != std::string_view::npos) {
             rest = part.substr(at + old.size());
             part = part.substr(0, at + old.size());
         }

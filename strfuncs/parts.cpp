@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "engine/search.h"
 #include "strfuncs/double_byte.h"
 #include "strfuncs/routines.h"
 
@@ -109,7 +110,7 @@ Error strsubn(Call& call) {
     std::string_view piece;
     if (!separator.empty()) {
         for (int left_over = to_int(place); left_over > 0; --left_over) {
-            const std::size_t found = rest.find(separator);
+            const std::size_t found = find_piece(rest, separator);
             piece = rest.substr(0, found);
             if (found == std::string_view::npos) {
                 if (left_over > 1) piece = {};

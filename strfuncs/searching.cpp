@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/characters.h"
+#include "engine/search.h"
 #include "strfuncs/double_byte.h"
 #include "strfuncs/occurrences.h"
 #include "strfuncs/routines.h"
@@ -94,7 +95,7 @@ Error strfind(Call& call) {
     const int start = to_int(call.number_or(1, 1.0));
     if (start < 1) return Error::not_positive;
     std::size_t at = std::string_view::npos;
-    if (!piece.empty()) at = text.find(piece, static_cast<std::size_t>(start) - 1);
+    if (!piece.empty()) at = find_piece(text, piece, static_cast<std::size_t>(start) - 1);
     const double position = at == std::string_view::npos ? -1.0 : static_cast<double>(at) + 1.0;
     call.consume(1, 1);
     return call.give_number(position, type_integer);
