@@ -68,6 +68,13 @@ class ArgumentStack {
         m_end = limit;
     }
 
+    // Hands on each element that is popped or dropped and whose room waits to be used again.
+    template <class Visit>
+    void each_spare(const Visit& visit) {
+        std::for_each(m_slots.begin(), slot(m_begin), visit);
+        std::for_each(slot(m_end), m_slots.end(), visit);
+    }
+
   private:
     auto slot(std::size_t index) { return m_slots.begin() + static_cast<std::ptrdiff_t>(index); }
 

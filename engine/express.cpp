@@ -31,6 +31,7 @@ constexpr Token end_of_nothing;
 
 // How much of what earlier formulas left behind an evaluation starts with.
 constexpr std::size_t most_pending = 65'536;
+constexpr std::size_t most_pending_bytes = std::size_t{64} << 20;
 
 }  // namespace
 
@@ -196,14 +197,31 @@ bool CExpress::isConstVariable(const Token& name) {
 
 int CExpress::CalcExpression() {
     const morandel::DefaultFloatingPoint environment;
-    if (g_NumArray.size() > most_pending || m_TempStr.size() > most_pending) drop_pending();
+    if (has_much_pending()) drop_pending();
     if (!run_program()) calculate_by_levels();
     return m_Status != 0 ? 1 : 0;
+}
+
+bool CExpress::has_much_pending() const {
+    return g_NumArray.size() > most_pending || m_TempStr.size() > most_pending ||
+           m_PushedBytes > most_pending_bytes;
 }
 
 void CExpress::drop_pending() {
     g_NumArray.drop_oldest(most_pending);
     m_TempStr.drop_oldest(most_pending);
+    if (m_PushedBytes <= most_pending_bytes) return;
+    m_PushedBytes = 0;
+    std::size_t kept = 0;
+    for (std::size_t bytes = 0; kept < m_TempStr.size(); ++kept) {
+        bytes += m_TempStr.from_top(kept).size();
+        if (bytes > most_pending_bytes) break;
+    }
+    m_TempStr.drop_oldest(kept);
+    m_TempStr.each_spare([](std::string& text) {
+        constexpr std::size_t worth_keeping = 4096;
+        if (text.capacity() > worth_keeping) text = std::string();
+    });
 }
 
 // Has no effect where it gives false, so that the levels can begin anew.

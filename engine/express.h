@@ -179,6 +179,7 @@ class MORANDEL_EXPORT CExpress {
     bool reject(int status, morandel::Error error);
     bool reject(morandel::Error error);
 
+    [[nodiscard]] bool has_much_pending() const;
     void drop_pending();
     bool run_program();
     void calculate_by_levels();
@@ -213,7 +214,8 @@ class MORANDEL_EXPORT CExpress {
     int m_VariableType = 0;  // of the variable handled last
 
     morandel::StringArgument m_StringArgument;
-    morandel::ArgumentStack<std::string> m_TempStr;          // texts of further arguments
+    morandel::ArgumentStack<std::string> m_TempStr;  // texts of further arguments
+    std::size_t m_PushedBytes = 0;  // of such texts, since those pending were counted last
     std::vector<morandel::ExtraArguments> m_ExtraArguments;  // one for each call under way
     morandel::TextArena m_Texts;
 

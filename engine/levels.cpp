@@ -99,6 +99,7 @@ void CExpress::read_further_arguments(Value& value, char prefix) {
         level2(argument);
         if (argument.type == type_text) {
             m_TempStr.push(argument.text);
+            m_PushedBytes += argument.text.size();
         } else {
             g_NumArray.push(argument.number);
         }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <string>
 
@@ -11,19 +12,31 @@
 namespace {
 
 std::size_t allocations = 0;
+std::size_t bytes = 0;  // that are not given back
+
+// Before each block, its size.
+constexpr std::size_t header = 16;
 
 }  // namespace
 
 void* operator new(std::size_t size) {
     ++allocations;
-    if (void* room = std::malloc(size)) return room;
-    throw std::bad_alloc();
+    auto* room = static_cast<char*>(std::malloc(size + header));
+    if (room == nullptr) throw std::bad_alloc();
+    bytes += size;
+    std::memcpy(room, &size, sizeof size);
+    return room + header;
 }
 void operator delete(void* room) noexcept {
-    std::free(room);
+    if (room == nullptr) return;
+    char* block = static_cast<char*>(room) - header;
+    std::size_t size = 0;
+    std::memcpy(&size, block, sizeof size);
+    bytes -= size;
+    std::free(block);
 }
 void operator delete(void* room, std::size_t) noexcept {
-    std::free(room);
+    ::operator delete(room);
 }
 
 namespace {
@@ -68,6 +81,38 @@ TEST(Memory, NorForShortTexts) {
           "strlen(s)", "r2s(a, 2)", "r2s(123456.789012345)", "s2r(\"12.5\")", "strdelete(\"x\", s)",
           "strinsert(s, \"abc\", 5)", "strtrim(\"x\", s)", "strmismatch(s, s)"}) {
         EXPECT_EQ(allocations_of(e, formula), 0U) << formula;
+    }
+}
+
+// Whatever formulas leave behind for one another.
+TEST(Memory, PendingTextsAndNumbersAreBounded) {
+    const std::size_t before = bytes;
+    CExpress e;
+    e.SetNumberOfPara(1);
+    MYPARA megabyte{"s", 0.0, std::string(std::size_t{1} << 20, 'x')};
+    e.SetPara(&megabyte, 1, true);
+    for (int i = 0; i < 1000; ++i) {
+        e.SetExpression("if(1, s, s)");  // takes neither
+        e.CalcExpression();
+        ASSERT_LT(bytes - before, std::size_t{300} << 20) << i;
+    }
+    for (int i = 0; i < 300'000; ++i) {
+        e.SetExpression("sin(1, 2, \"text\")");
+        e.CalcExpression();
+    }
+    EXPECT_LT(bytes - before, std::size_t{300} << 20);
+}
+
+TEST(Memory, OneFormulaNeedsLessThanAGibibyte) {
+    const std::size_t before = bytes;
+    CExpress e;
+    std::string text = "\"aaaaaaaaaaaaaaaa\"";
+    for (int i = 0; i < 6; ++i) text = "strreplace(\"aaaaaaaaaaaaaaaa\", \"a\", " + text + ")";
+    ASSERT_LE(text.size(), CExpress::max_formula / 2);
+    for (const std::string& formula : {text, "strcat(" + text + ", " + text + ")"}) {
+        e.SetExpression(formula.c_str());
+        e.CalcExpression();
+        EXPECT_LT(bytes - before, std::size_t{1} << 30);
     }
 }
 

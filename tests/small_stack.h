@@ -13,7 +13,7 @@ namespace morandel::tests {
 // Frames are several times as large under the sanitizers.
 constexpr std::size_t small_stack = std::size_t{2} * 1024 * 1024;
 #else
-constexpr std::size_t small_stack = std::size_t{128} * 1024;
+constexpr std::size_t small_stack = std::size_t{64} * 1024;
 #endif
 
 inline void run_on_small_stack(void* (*body)(void*)) {
