@@ -39,9 +39,11 @@ std::string products(const std::vector<std::string>& names, std::size_t size) {
     return text;
 }
 
+// Nothing that a contestant could fold into one operation.
 std::string nested(int depth) {
-    return std::string(static_cast<std::size_t>(depth), '(') + "a" +
-           replaced(std::string(static_cast<std::size_t>(depth), ')'), ")", "+1)");
+    std::string text = std::string(static_cast<std::size_t>(depth), '(') + "a";
+    for (int i = 0; i < depth; ++i) text += i % 2 == 0 ? "+b)" : "*c)";
+    return text;
 }
 
 std::vector<Formula> make_twelve() {
@@ -61,7 +63,7 @@ std::vector<Formula> make_twelve() {
     all.push_back(same("20 names", joined(numbered(20), "+-*"), numbered(20)));
     all.push_back(same("products", products({"alpha", "beta", "gamma", "delta", "omega"}, 500),
                        {"alpha", "beta", "gamma", "delta", "omega"}));
-    all.push_back(same("40 deep", nested(40), {"a"}));
+    all.push_back(same("40 deep", nested(40), {"a", "b", "c"}));
     all.push_back({"conditions",
                    "(a > 2) and (b > 3)",
                    "(a > 2) & (b > 3)",

@@ -22,15 +22,6 @@ std::string readable(const std::string& bytes) {
     }
 }
 
-// Equal to the last bit, or all NaN; inexact ones may be four places apart.
-bool same(double a, double b, bool inexact) {
-    if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
-    if (!inexact || std::signbit(a) != std::signbit(b)) {
-        return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-    }
-    return std::llabs(std::bit_cast<std::int64_t>(a) - std::bit_cast<std::int64_t>(b)) <= 4;
-}
-
 class Replay {
   public:
     explicit Replay(const Block& block) : m_block(block) {}
@@ -133,7 +124,7 @@ class Replay {
         std::ostringstream text;
         text.precision(17);
         text << "gave " << number << " for " << wanted;
-        expect(same(number, wanted, inexact), text.str());
+        expect(same_number(number, wanted, inexact), text.str());
     }
 
     void check_variables(const std::vector<std::pair<std::string, int>>& wanted) {
@@ -239,6 +230,14 @@ std::string list_outcome(CVariableExpressList& list, const Line& line) {
     std::string found;
     record->GetName(found);
     return cli::to_utf8(found);
+}
+
+bool same_number(double a, double b, bool inexact) {
+    if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
+    if (!inexact || std::signbit(a) != std::signbit(b)) {
+        return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+    }
+    return std::llabs(std::bit_cast<std::int64_t>(a) - std::bit_cast<std::int64_t>(b)) <= 4;
 }
 
 std::vector<std::string> replay(const Block& block) {

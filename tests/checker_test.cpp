@@ -21,6 +21,7 @@ TEST(Checker, ANewOneIsEmpty) {
     EXPECT_EQ(check.m_depth, 0);
     EXPECT_EQ(check.CountCommaCheck(), 0);
     EXPECT_TRUE(check.m_errors.empty());
+    EXPECT_EQ(check.m_current.nType, 0);
     EXPECT_THROW((void)check.GetExpressionError(0), std::invalid_argument);
     EXPECT_FALSE(check.CheckExpression(nullptr));
     EXPECT_FALSE(check.m_ErrorMessage.empty());

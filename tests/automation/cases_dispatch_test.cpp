@@ -2,15 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
-#include <cmath>
-#include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 
 #include "tests/automation/host.h"
 #include "tests/automation/host_steps.h"
+#include "tests/case_replay.h"
 
 namespace {
 
@@ -23,16 +20,10 @@ Variant to_variant(const HostValue& value) {
     return Variant(to_wide(std::get<std::string>(value)));
 }
 
-bool same(double a, double b, bool inexact) {
-    if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
-    if (!inexact) return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-    return std::llabs(std::bit_cast<std::int64_t>(a) - std::bit_cast<std::int64_t>(b)) <= 4;
-}
-
 void compare(const Variant& found, const HostValue& wanted, bool inexact) {
     if (const auto* number = std::get_if<double>(&wanted)) {
         ASSERT_EQ(V_VT(&found), VT_R8);
-        EXPECT_PRED3(same, V_R8(&found), *number, inexact);
+        EXPECT_PRED3(morandel::cases::same_number, V_R8(&found), *number, inexact);
     } else if (const auto* whole = std::get_if<int>(&wanted)) {
         ASSERT_EQ(V_VT(&found), VT_I4);
         EXPECT_EQ(V_I4(&found), *whole);
