@@ -57,6 +57,16 @@ bool read_unsigned(std::string_view text, std::chars_format format, double& valu
     return read.ptr != text.data();
 }
 
+// A hexadecimal numeral up to an exponent of two signs, of which some from_chars take the second for
+// the exponent's own.
+std::string_view without_two_signs(std::string_view numeral) {
+    const std::size_t letter = numeral.find_first_of("pP");
+    if (letter == std::string_view::npos) return numeral;
+    const std::string_view exponent = numeral.substr(letter + 1);
+    const bool two_signs = exponent.starts_with("+-") || exponent.starts_with("--");
+    return two_signs ? numeral.substr(0, letter) : numeral;
+}
+
 }  // namespace
 
 double text_to_number(std::string_view text) {
@@ -72,7 +82,7 @@ double text_to_number(std::string_view text) {
     double value = 0.0;
     if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
         (is_digit(text[2], std::chars_format::hex) || text[2] == '.')) {
-        read_unsigned(text.substr(2), std::chars_format::hex, value);
+        read_unsigned(without_two_signs(text.substr(2)), std::chars_format::hex, value);
     } else if (!read_unsigned(text, std::chars_format::general, value)) {
         return 0.0;
     }
