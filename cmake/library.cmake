@@ -12,6 +12,7 @@ set(MORANDEL_SOURCES
   engine/express.cpp
   engine/functions.cpp
   engine/levels.cpp
+  engine/loading.cpp
   engine/numbers.cpp
   engine/parameters.cpp
   engine/preparation.cpp

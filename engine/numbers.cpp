@@ -57,8 +57,8 @@ bool read_unsigned(std::string_view text, std::chars_format format, double& valu
     return read.ptr != text.data();
 }
 
-// A hexadecimal numeral up to an exponent of two signs, of which some from_chars take the second for
-// the exponent's own.
+// A hexadecimal numeral up to an exponent of two signs, of which some from_chars take the second
+// for the exponent's own.
 std::string_view without_two_signs(std::string_view numeral) {
     const std::size_t letter = numeral.find_first_of("pP");
     if (letter == std::string_view::npos) return numeral;
