@@ -9,8 +9,6 @@
 namespace morandel {
 namespace {
 
-constexpr std::size_t longest_formula = 512;
-
 // How tightly operators hold their operands. Relations hold as tightly as powers do.
 enum Precedence : std::uint8_t { open_parenthesis, sum, product, tight };
 
@@ -64,9 +62,7 @@ class Compiler {
             } else if (is_any(*m_next, name_start)) {
                 const std::string_view name = read_name();
                 const Word* word = find_word(name);
-                if (word == nullptr) return take_parameter(name);
-                if (word->code == 0) return take_operand(m_program.keep(word->number));
-                if (!is_numeric_function(*word)) return false;
+                if (word == nullptr || !is_numeric_function(*word)) return take_name(name, word);
                 prefix = word->code;
             }
             if (at('(')) {
@@ -79,13 +75,7 @@ class Compiler {
                 return false;
             } else {
                 const std::string_view name = read_name();
-                const Word* word = find_word(name);
-                if (word != nullptr && word->code != 0) return false;
-                if (word != nullptr) {
-                    take_operand(m_program.keep(word->number));
-                } else if (!take_parameter(name)) {
-                    return false;
-                }
+                if (!take_name(name, find_word(name))) return false;
             }
             if (prefix != 0) apply(prefix);
             return true;
@@ -103,6 +93,12 @@ class Compiler {
         m_has_number = true;
         take_operand(
             m_program.keep(digits_to_number({begin, static_cast<std::size_t>(m_next - begin)})));
+    }
+
+    // A named constant or a parameter, by what the name is as a word.
+    bool take_name(std::string_view name, const Word* word) {
+        if (word == nullptr) return take_parameter(name);
+        return word->code == 0 && take_operand(m_program.keep(word->number));
     }
 
     bool take_parameter(std::string_view name) {
@@ -210,7 +206,7 @@ class Compiler {
     ResultType m_type = type_number;    // of that
     bool m_has_number = false;          // besides named constants
     std::size_t m_waiting_count = 0;
-    std::array<Waiting, longest_formula> m_waiting;
+    std::array<Waiting, Program::longest_formula> m_waiting;
 };
 
 }  // namespace

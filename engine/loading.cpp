@@ -8,6 +8,8 @@
 #include "engine/floating_point.h"
 #include "engine/tokenizer.h"
 
+static_assert(morandel::Program::longest_formula == CExpress::max_formula);
+
 int CExpress::load(const char* text) {
     const morandel::DefaultFloatingPoint environment;
     const void* terminator = std::memchr(text, '\0', max_formula + 1);

@@ -3,6 +3,7 @@
 #include "engine/floating_point.h"
 
 namespace morandel {
+
 void Parameters::change_count(int count) {
     if (count > static_cast<int>(m_slots.size())) {
         m_slots.reserve(most);

@@ -17,7 +17,7 @@
 namespace morandel {
 
 template <class Integer>
-std::uint64_t load(const char* bytes) {
+std::uint64_t read_bytes(const char* bytes) {
     Integer value;
     std::memcpy(&value, bytes, sizeof value);
     return value;
@@ -30,15 +30,15 @@ class NameKey {
     explicit NameKey(std::string_view name) : m_size(name.size()) {
         const char* begin = name.data();
         if (m_size >= 8) {
-            m_first = load<std::uint64_t>(begin);
-            m_last = load<std::uint64_t>(begin + m_size - 8);
+            m_first = read_bytes<std::uint64_t>(begin);
+            m_last = read_bytes<std::uint64_t>(begin + m_size - 8);
         } else if (m_size >= 4) {
-            m_first = load<std::uint32_t>(begin);
-            m_last = load<std::uint32_t>(begin + m_size - 4);
+            m_first = read_bytes<std::uint32_t>(begin);
+            m_last = read_bytes<std::uint32_t>(begin + m_size - 4);
         } else if (m_size > 0) {
-            m_first = load<std::uint8_t>(begin);
-            m_last = load<std::uint8_t>(begin + m_size / 2) << 8 |
-                     load<std::uint8_t>(begin + m_size - 1);
+            m_first = read_bytes<std::uint8_t>(begin);
+            m_last = read_bytes<std::uint8_t>(begin + m_size / 2) << 8 |
+                     read_bytes<std::uint8_t>(begin + m_size - 1);
         }
     }
 
@@ -72,8 +72,8 @@ struct Parameter {
         const char* b = wanted.data();
         if (size == 1) return *a == *b;
         if (size < 4 || size > 8) return false;
-        return load<std::uint32_t>(a) == load<std::uint32_t>(b) &&
-               load<std::uint32_t>(a + size - 4) == load<std::uint32_t>(b + size - 4);
+        return read_bytes<std::uint32_t>(a) == read_bytes<std::uint32_t>(b) &&
+               read_bytes<std::uint32_t>(a + size - 4) == read_bytes<std::uint32_t>(b + size - 4);
     }
     [[nodiscard]] bool has_name(std::string_view wanted, const NameKey& wanted_key) const {
         return key == wanted_key && (key.is_whole_name() || name == wanted);

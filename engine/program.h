@@ -35,6 +35,8 @@ enum class Operation : std::uint8_t {
 
 class Program {
   public:
+    static constexpr std::size_t longest_formula = 512;  // no step or number without a byte
+
     void clear() { m_steps = m_numbers = 0; }
 
     // Keeps a number of the formula.
@@ -58,8 +60,6 @@ class Program {
     bool run(double& result);
 
   private:
-    static constexpr std::size_t longest_formula = 512;  // no step or number without a byte
-
     struct Step {
         Operation operation;
         char code;

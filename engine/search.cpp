@@ -40,8 +40,8 @@ Cut greatest_suffix(std::string_view piece, bool opposite) {
 
 }  // namespace
 
-// The two-way search of Crochemore and Perrin: the right side of the cut forwards, then the left side
-// backwards. It needs no memory and looks at no byte more than twice.
+// The two-way search of Crochemore and Perrin: the right side of the cut forwards, then the left
+// side backwards. It needs no memory and looks at no byte more than twice.
 std::size_t find_two_way(std::string_view text, std::string_view piece) {
     const Cut by_order = greatest_suffix(piece, false);
     const Cut by_opposite = greatest_suffix(piece, true);
