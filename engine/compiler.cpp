@@ -18,7 +18,13 @@ class Compiler {
     Compiler(const char* formula, const Parameters& parameters, Program& program)
         : m_next(formula), m_parameters(parameters), m_program(program) {}
 
-    bool run() {
+    Compilation run() {
+        if (!read_all()) return {};
+        return {m_missing_name.empty(), m_missing_name};
+    }
+
+  private:
+    bool read_all() {
         m_program.clear();
         while (read_operand()) {
             while (at(')')) {
@@ -30,7 +36,6 @@ class Compiler {
         return false;
     }
 
-  private:
     struct Waiting {
         Precedence precedence;
         Operation operation;
@@ -103,7 +108,10 @@ class Compiler {
 
     bool take_parameter(std::string_view name) {
         const int slot = m_parameters.find(name);
-        if (slot < 0) return false;
+        if (slot < 0) {
+            if (m_missing_name.empty()) m_missing_name = name;
+            return take_operand(nullptr);
+        }
         const Parameter& parameter = m_parameters[static_cast<std::size_t>(slot)];
         if (parameter.is_text) return false;
         m_has_number = true;
@@ -147,7 +155,7 @@ class Compiler {
         reduce(sum);
         m_program.finish(m_operand, m_type);
         // A named constant alone is what the constant read before it was.
-        return m_waiting_count == 0 && m_has_number;
+        return m_waiting_count == 0 && (m_has_number || !m_missing_name.empty());
     }
 
     bool read_operator() {
@@ -205,13 +213,14 @@ class Compiler {
     const double* m_operand = nullptr;  // what was read or computed last
     ResultType m_type = type_number;    // of that
     bool m_has_number = false;          // besides named constants
+    std::string_view m_missing_name;
     std::size_t m_waiting_count = 0;
     std::array<Waiting, Program::longest_formula> m_waiting;
 };
 
 }  // namespace
 
-bool compile(const char* formula, const Parameters& parameters, Program& program) {
+Compilation compile(const char* formula, const Parameters& parameters, Program& program) {
     return Compiler(formula, parameters, program).run();
 }
 

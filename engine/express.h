@@ -129,6 +129,10 @@ class MORANDEL_EXPORT CExpress {
         bool operator==(const Memory&) const = default;
     };
     [[nodiscard]] Memory memory() const;
+    // The name of a parameter without which the loaded formula, one of numbers alone, can only fail
+    // and leaves nothing behind; empty where none is known. Part of the formula.
+    [[nodiscard]] std::string_view missing_name() const { return m_MissingName; }
+    [[nodiscard]] bool has_parameter(std::string_view name) const { return m_Para.find(name) >= 0; }
 
     // The reading position as a number of tokens, and back to one.
     [[nodiscard]] std::size_t tell() const;
@@ -205,6 +209,7 @@ class MORANDEL_EXPORT CExpress {
     std::uint32_t m_LoadedGeneration = 0;  // of the parameters
     std::optional<bool> m_ReadIsNumber;    // what loading has left in m_IsNumber
     std::unique_ptr<morandel::Program> m_Program;
+    std::string_view m_MissingName;
     std::vector<morandel::Token> m_Tokens;
     bool m_CheckEnded = false;  // by a literal without its closing quote
 

@@ -31,6 +31,7 @@ void CExpress::drop_formula() {
     m_Formula[0] = '\0';
     m_Tokens.clear();
     m_Loaded = Loaded::nothing;
+    m_MissingName = {};
     rewind();
 }
 
@@ -58,7 +59,9 @@ void CExpress::load_again() {
 
 bool CExpress::load_program() {
     if (!m_Program) m_Program = std::make_unique_for_overwrite<morandel::Program>();
-    if (!morandel::compile(m_Formula, m_Para, *m_Program)) return false;
+    const morandel::Compilation compilation = morandel::compile(m_Formula, m_Para, *m_Program);
+    m_MissingName = compilation.missing_name;
+    if (!compilation.done) return false;
     m_Loaded = Loaded::program;
     m_ExpressionStatus = 0;
     m_ReadIsNumber = m_IsNumber = true;

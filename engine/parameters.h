@@ -70,8 +70,12 @@ struct Parameter {
         if (size != wanted.size()) return false;
         const char* a = name.data();
         const char* b = wanted.data();
-        if (size == 1) return *a == *b;
-        if (size < 4 || size > 8) return false;
+        if (size < 2) return size == 1 && *a == *b;
+        if (size < 4) {
+            return read_bytes<std::uint16_t>(a) == read_bytes<std::uint16_t>(b) &&
+                   a[size - 1] == b[size - 1];
+        }
+        if (size > 8) return false;
         return read_bytes<std::uint32_t>(a) == read_bytes<std::uint32_t>(b) &&
                read_bytes<std::uint32_t>(a + size - 4) == read_bytes<std::uint32_t>(b + size - 4);
     }

@@ -30,7 +30,7 @@ std::optional<double> computed(const std::string& formula) {
     const Parameters all = parameters();
     const auto program = std::make_unique<Program>();
     double value = 0.0;
-    if (!morandel::compile(formula.c_str(), all, *program) || !program->run(value)) return {};
+    if (!morandel::compile(formula.c_str(), all, *program).done || !program->run(value)) return {};
     return value;
 }
 
@@ -104,12 +104,12 @@ TEST(Compiler, KeepsTheType) {
     const Parameters all = parameters();
     const auto program = std::make_unique<Program>();
     for (const char* formula : {"int(a)", "+(int(a))", "(int(a))", "+(int a)"}) {
-        ASSERT_TRUE(morandel::compile(formula, all, *program)) << formula;
+        ASSERT_TRUE(morandel::compile(formula, all, *program).done) << formula;
         EXPECT_EQ(program->type(), morandel::type_integer) << formula;
     }
     for (const char* formula :
          {"a", "-(int(a))", "int(a)+1", "sqrt(int(a))", "int(a) > 1", "int(a)*a"}) {
-        ASSERT_TRUE(morandel::compile(formula, all, *program)) << formula;
+        ASSERT_TRUE(morandel::compile(formula, all, *program).done) << formula;
         EXPECT_EQ(program->type(), morandel::type_number) << formula;
     }
 }

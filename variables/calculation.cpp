@@ -1,9 +1,10 @@
-// The batch calculation: variables wait in a queue, and one whose formula cannot be evaluated yet
-// goes back to its end.
+// The batch calculation: variables wait in line, and one whose formula cannot be evaluated yet goes
+// back to its end.
 
 #include <algorithm>
 #include <cstdint>
-#include <deque>
+#include <string>
+#include <vector>
 
 #include "engine/express.h"
 #include "variables/record_store.h"
@@ -11,67 +12,106 @@
 
 namespace morandel {
 
-// Settles one list. That is bounded by n * (n + 1) attempts; of those that cannot change anything
-// any more, all but the last few are not made.
+// Settles one list. That is bounded by n * (n + 1) attempts; those that cannot change anything any
+// more are counted and not made.
 class Calculation {
   public:
     Calculation(RecordStore& records, std::string& error, int& result_type)
-        : m_records(records), m_error(error), m_result_type(result_type) {}
+        : m_records(records),
+          m_error(error),
+          m_result_type(result_type),
+          m_attempts_left(bound(static_cast<std::int64_t>(records.size()))) {}
 
     bool run() {
-        register_and_queue_all();
-        const auto count = static_cast<std::int64_t>(m_records.size());
-        std::int64_t attempts = 0;
-        while (!m_queue.empty()) {
-            CVariableExpress& record = *m_queue.front();
-            m_queue.pop_front();
-            if (record.GetType() == CVariableExpress::given) {
-                hand_on(record);
-                settle(record.IsString());
-            } else if (!evaluate(record)) {
-                return false;
+        register_all();
+        while (!m_waiting.empty()) {
+            const int settled = m_settled;
+            const Evaluator::Memory memory = m_evaluator.memory();
+            if (!run_round()) return false;
+            // Where a round has settled nothing and has left nothing behind that could make a
+            // difference, all that follow are the same.
+            if (m_settled == settled && m_evaluator.memory() == memory) {
+                m_attempts_left %= static_cast<std::int64_t>(m_waiting.size());
             }
-            ++attempts;
-            attempts += attempts_without_effect(count * (count + 1) - attempts);
-            if (attempts > count * (count + 1)) return fail();
         }
         return true;
     }
 
   private:
     struct Evaluator : CExpress {
+        using CExpress::has_parameter;
         using CExpress::Memory;
         using CExpress::memory;
+        using CExpress::missing_name;
     };
 
-    // When all that wait have failed one after the other, and have left nothing behind that could
-    // make a difference, they will fail the same way again, round after round. How many whole
-    // rounds of that fit into the attempts that are left.
-    std::int64_t attempts_without_effect(std::int64_t left) {
-        if (m_round_left > 0) --m_round_left;
-        if (m_round_left > 0 || m_queue.empty()) return 0;
-        const auto round = static_cast<std::int64_t>(m_queue.size());
-        const Evaluator::Memory memory = m_evaluator.memory();
-        const bool settled_none = m_round_settled == m_settled;
-        const bool repeats = settled_none && memory == m_round_memory;
-        m_round_left = round;
-        m_round_settled = m_settled;
-        m_round_memory = memory;
-        return repeats && left > 0 ? left / round * round : 0;
-    }
+    struct Waiting {
+        CVariableExpress* record;
+        // What it has failed for the lack of, if that is known, and what the evaluator was then.
+        std::string missing_name;
+        Evaluator::Memory memory;
+    };
+
+    static std::int64_t bound(std::int64_t count) { return count * (count + 1); }
 
     // Every variable with its stored value, in list order: what a formula sees that is evaluated
     // before anything is settled. Where names repeat, the first record stands for each of them.
-    void register_and_queue_all() {
+    void register_all() {
         // Of more variables than there are parameters, formulas see none.
         m_evaluator.SetNumberOfPara(static_cast<int>(
             std::min<std::size_t>(m_records.size(), CExpress::max_parameters + 1)));
+        m_waiting.reserve(m_records.size());
         int slot = 0;
-        m_records.each_first_of_name([&](CVariableExpress& record) {
-            m_queue.push_back(&record);
+        for (CVariableExpress* record : m_records.first_of_each_name()) {
+            m_waiting.push_back({record, {}, {}});
+            hand_on(*record);
+            m_evaluator.SetPara(&m_parameter, ++slot, record->IsString());
+        }
+    }
+
+    // One attempt at each that waits; those that fail go on waiting in the same order.
+    bool run_round() {
+        std::size_t kept = 0;
+        for (Waiting& waiting : m_waiting) {
+            const int settled = m_settled;
+            if (!would_fail_again(waiting) && !attempt(waiting)) return false;
+            if (--m_attempts_left < 0) return fail();
+            if (m_settled == settled && &m_waiting[kept++] != &waiting) {
+                std::swap(m_waiting[kept - 1], waiting);
+            }
+        }
+        m_waiting.resize(kept);
+        return true;
+    }
+
+    // The last attempt of all is made in any case, for its message.
+    [[nodiscard]] bool would_fail_again(const Waiting& waiting) const {
+        return !waiting.missing_name.empty() && parameters_only_grow() && m_attempts_left > 0 &&
+               m_evaluator.memory() == waiting.memory &&
+               !m_evaluator.has_parameter(waiting.missing_name);
+    }
+
+    // So they do from the first one settled on, while there is room for them.
+    [[nodiscard]] bool parameters_only_grow() const {
+        return m_settled > 0 && m_settled <= CExpress::max_parameters;
+    }
+
+    // False where a formula is refused.
+    bool attempt(Waiting& waiting) {
+        CVariableExpress& record = *waiting.record;
+        if (record.GetType() == CVariableExpress::given) {
             hand_on(record);
-            m_evaluator.SetPara(&m_parameter, ++slot, record.IsString());
-        });
+            settle(record.IsString());
+            return true;
+        }
+        if (m_evaluator.SetExpression(RecordStore::formula_of(record).c_str()) == 0) return fail();
+        if (m_evaluator.CalcExpression() != 0) {
+            store_result(record);
+        } else if (parameters_only_grow()) {
+            waiting.missing_name = m_evaluator.missing_name();
+            waiting.memory = m_evaluator.memory();
+        }
+        return true;
     }
 
     // Fills the one parameter that all share. Deliberate: what a variable does not have stays from
@@ -92,14 +132,7 @@ class Calculation {
         m_evaluator.SetPara(&m_parameter, m_settled, is_string);
     }
 
-    // False where the formula is refused; one that fails waits for another time.
-    bool evaluate(CVariableExpress& record) {
-        const std::string& formula = RecordStore::formula_of(record);
-        if (m_evaluator.SetExpression(formula.c_str()) == 0) return fail();
-        if (m_evaluator.CalcExpression() == 0) {
-            m_queue.push_back(&record);
-            return true;
-        }
+    void store_result(CVariableExpress& record) {
         m_result_type = m_evaluator.GetResultType();
         m_parameter.name = RecordStore::name_of(record);
         if (m_result_type == type_text) {
@@ -112,7 +145,6 @@ class Calculation {
         // Deliberate: as a number even where the result is a text; later formulas see the number
         // that was handed on last.
         settle(false);
-        return true;
     }
 
     bool fail() {
@@ -125,13 +157,9 @@ class Calculation {
     int& m_result_type;
     Evaluator m_evaluator;
     MYPARA m_parameter;
-    std::deque<CVariableExpress*> m_queue;
+    std::int64_t m_attempts_left;  // before the one that is too many
+    std::vector<Waiting> m_waiting;
     int m_settled = 0;
-
-    // The round of attempts under way: how many of it are left, and what it began with.
-    std::int64_t m_round_left = 0;
-    int m_round_settled = -1;
-    Evaluator::Memory m_round_memory{};
 };
 
 }  // namespace morandel

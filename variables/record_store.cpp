@@ -1,62 +1,118 @@
 #include "variables/record_store.h"
 
-#include <iterator>
+#include <algorithm>
+#include <bit>
+#include <functional>
 #include <utility>
 
 namespace morandel {
 
-// Links the last node, which is new, with what there is.
-void RecordStore::take_in() {
-    const auto node = std::prev(m_nodes.end());
-    node->record.m_pNext = nullptr;
-    node->record.m_pStore = this;
-    node->next_of_name = m_nodes.end();
-    if (m_nodes.size() > 1) std::prev(node)->record.m_pNext = &node->record;
-    if (!m_indexed) return;
-    m_indexed = false;  // unless the next line is done with
-    index_name(node);
-    m_indexed = true;
+// Each chunk is twice as large as the one before.
+void RecordStore::add_chunk() {
+    constexpr std::size_t first_size = 4;
+    constexpr std::size_t largest_size = 512;
+    const std::size_t doublings = std::min<std::size_t>(m_chunks.size(), 16);
+    const std::size_t size = std::min(first_size << doublings, largest_size);
+    Node* const chunk = m_chunks.emplace_back(std::make_unique<Node[]>(size)).get();
+    for (std::size_t i = size; i-- > 0;) chunk[i].next = std::exchange(m_spare, &chunk[i]);
 }
 
-void RecordStore::index_name(Nodes::iterator node) {
-    const auto [named, is_new] = m_by_name.try_emplace(node->record.m_strName, Named{node, node});
-    node->named = &named->second;
-    if (is_new) return;
-    named->second.last->next_of_name = node;
-    named->second.last = node;
+// Puts the first spare node, which has its record, to the end of the list.
+void RecordStore::take_in_spare() {
+    Node& node = *m_spare;
+    m_spare = node.next;
+    node.record->m_pStore = this;
+    node.previous = m_last;
+    node.next = nullptr;
+    if (m_last == nullptr) {
+        m_first = &node;
+    } else {
+        m_last->next = &node;
+        m_last->record->m_pNext = &*node.record;
+    }
+    m_last = &node;
+    ++m_size;
+    if (m_size > m_buckets.size()) m_indexed = false;
+    if (m_indexed) index_name(node);
 }
 
 bool RecordStore::remove_first(std::string_view name) {
-    if (!m_indexed) index();
-    const auto named = m_by_name.find(name);
-    if (named == m_by_name.end()) return false;
-    const auto node = named->second.first;
-    // The key lies in the record that goes.
-    auto entry = m_by_name.extract(named);
-    if (node->next_of_name != m_nodes.end()) {
-        entry.mapped().first = node->next_of_name;
-        entry.key() = entry.mapped().first->record.m_strName;
-        m_by_name.insert(std::move(entry));
+    Node* const node = find_node(name);
+    if (node == nullptr) return false;
+
+    Node** place = &bucket(node->hash);
+    while (*place != node) place = &(*place)->next_in_bucket;
+    if (Node* const successor = node->next_of_name) {
+        successor->last_of_name = node->last_of_name;
+        successor->next_in_bucket = node->next_in_bucket;
+        successor->hash = node->hash;
+        *place = successor;
+    } else {
+        *place = node->next_in_bucket;
     }
-    if (node != m_nodes.begin()) std::prev(node)->record.m_pNext = node->record.m_pNext;
-    m_nodes.erase(node);
+
+    unlink(*node);
+    node->record.reset();
+    node->next = std::exchange(m_spare, node);
     return true;
 }
 
-CVariableExpress* RecordStore::find(std::string_view name) {
-    if (!m_indexed) index();
-    const auto named = m_by_name.find(name);
-    return named == m_by_name.end() ? nullptr : &named->second.first->record;
+void RecordStore::unlink(const Node& node) {
+    (node.next == nullptr ? m_last : node.next->previous) = node.previous;
+    (node.previous == nullptr ? m_first : node.previous->next) = node.next;
+    if (node.previous != nullptr) node.previous->record->m_pNext = node.record->m_pNext;
+    --m_size;
 }
 
-void RecordStore::index() {
-    m_by_name.clear();
-    m_by_name.reserve(m_nodes.size());
-    for (auto node = m_nodes.begin(); node != m_nodes.end(); ++node) {
-        node->next_of_name = m_nodes.end();
-        index_name(node);
+CVariableExpress* RecordStore::find(std::string_view name) {
+    Node* const node = find_node(name);
+    return node == nullptr ? nullptr : &*node->record;
+}
+
+std::vector<CVariableExpress*> RecordStore::first_of_each_name() {
+    if (!m_indexed) index();
+    std::vector<CVariableExpress*> all;
+    all.reserve(m_size);
+    for (Node* node = m_first; node != nullptr; node = node->next) {
+        all.push_back(m_names_repeat ? find(node->record->m_strName) : &*node->record);
     }
+    return all;
+}
+
+RecordStore::Node* RecordStore::find_node(std::string_view name, std::size_t hash) {
+    Node* node = bucket(hash);
+    while (node != nullptr && (node->hash != hash || node->record->m_strName != name)) {
+        node = node->next_in_bucket;
+    }
+    return node;
+}
+
+RecordStore::Node* RecordStore::find_node(std::string_view name) {
+    if (!m_indexed) index();
+    return find_node(name, std::hash<std::string_view>()(name));
+}
+
+// With room for as many records again.
+void RecordStore::index() {
+    m_buckets.assign(std::bit_ceil(2 * m_size + 1), nullptr);
+    m_names_repeat = false;
     m_indexed = true;
+    for (Node* node = m_first; node != nullptr; node = node->next) index_name(*node);
+}
+
+void RecordStore::index_name(Node& node) {
+    const std::string_view name = node.record->m_strName;
+    const std::size_t hash = std::hash<std::string_view>()(name);
+    node.next_of_name = nullptr;
+    if (Node* const first = find_node(name, hash)) {
+        m_names_repeat = true;
+        first->last_of_name->next_of_name = &node;
+        first->last_of_name = &node;
+    } else {
+        node.last_of_name = &node;
+        node.hash = hash;
+        node.next_in_bucket = std::exchange(bucket(hash), &node);
+    }
 }
 
 }  // namespace morandel

@@ -4,10 +4,11 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "variables/variable_express.h"
 
@@ -15,25 +16,22 @@ namespace morandel {
 
 class RecordStore {
   public:
-    [[nodiscard]] bool empty() const { return m_nodes.empty(); }
-    [[nodiscard]] std::size_t size() const { return m_nodes.size(); }
-    CVariableExpress* head() { return m_nodes.empty() ? nullptr : &m_nodes.front().record; }
+    [[nodiscard]] bool empty() const { return m_size == 0; }
+    [[nodiscard]] std::size_t size() const { return m_size; }
+    CVariableExpress* head() { return m_first == nullptr ? nullptr : &*m_first->record; }
 
     // Appends a record made of these.
     template <class... Parts>
     void append(const Parts&... parts) {
-        m_nodes.emplace_back(parts...);
-        take_in();
+        if (m_spare == nullptr) add_chunk();
+        m_spare->record.emplace(parts...);
+        take_in_spare();
     }
     bool remove_first(std::string_view name);
     // The first record of that name, or null.
     CVariableExpress* find(std::string_view name);
-    // For each record the first one of its name.
-    template <class Visit>
-    void each_first_of_name(const Visit& visit) {
-        if (!m_indexed) index();
-        for (Node& node : m_nodes) visit(node.named->first->record);
-    }
+    // In list order, for each record the first one of its name.
+    std::vector<CVariableExpress*> first_of_each_name();
 
     // Without the copies that GetName and GetExp make.
     static const std::string& name_of(const CVariableExpress& record) { return record.m_strName; }
@@ -43,32 +41,39 @@ class RecordStore {
     void names_changed() { m_indexed = false; }
 
   private:
-    struct Node;
-    using Nodes = std::list<Node>;
-
-    // All records of a name, in list order.
-    struct Named {
-        Nodes::iterator first;
-        Nodes::iterator last;
-    };
-
     struct Node {
-        template <class... Parts>
-        explicit Node(const Parts&... parts) : record(parts...) {}
-
-        CVariableExpress record;
-        Named* named = nullptr;
-        Nodes::iterator next_of_name;  // the end of the list where there is none
+        std::optional<CVariableExpress> record;
+        Node* previous = nullptr;
+        Node* next = nullptr;
+        Node* next_of_name = nullptr;
+        // What the first record of a name has besides.
+        Node* last_of_name = nullptr;
+        Node* next_in_bucket = nullptr;
+        std::size_t hash = 0;
     };
 
-    void take_in();
+    void add_chunk();
+    void take_in_spare();
+    void unlink(const Node& node);
+    Node* find_node(std::string_view name, std::size_t hash);
+    Node* find_node(std::string_view name);
     void index();
-    void index_name(Nodes::iterator node);
+    void index_name(Node& node);
+    Node*& bucket(std::size_t hash) { return m_buckets[hash % m_buckets.size()]; }
 
-    Nodes m_nodes;
-    // By names that the records hold. Made when a record is looked for, and kept up from then on.
-    std::unordered_map<std::string_view, Named> m_by_name;
+    // Nodes are made by the chunk. Those without a record are chained, to be used again.
+    std::vector<std::unique_ptr<Node[]>> m_chunks;
+    Node* m_spare = nullptr;
+
+    Node* m_first = nullptr;
+    Node* m_last = nullptr;
+    std::size_t m_size = 0;
+
+    // The first record of each name, by the hash of that. Made when a record is looked for, and
+    // kept up from then on.
+    std::vector<Node*> m_buckets;
     bool m_indexed = false;
+    bool m_names_repeat = false;
 };
 
 }  // namespace morandel
