@@ -24,17 +24,54 @@ bool has_fraction(double value) {
     return std::modf(value, &whole) != 0.0;
 }
 
-}  // namespace
-
-double power(double base, double exponent) {
+double library_power(double base, double exponent) {
 #ifdef __MINGW32__
     // This C library multiplies whole powers up, with an error each time. Computed with more bits
     // and then rounded, they are what other systems give.
     return static_cast<double>(
         std::pow(static_cast<long double>(base), static_cast<long double>(exponent)));
 #else
-    return std::pow(base, exponent);
+    // Compilers put a product or a root in the place of powers whose exponent they can tell.
+    const volatile double hidden = exponent;
+    return std::pow(base, hidden);
 #endif
+}
+
+// The number's upper half, of 26 bits.
+double upper_half(double x) {
+    const double shifted = x * 0x8000001p0;
+    return shifted - (shifted - x);
+}
+
+// The exact square less the rounded one.
+double square_error(double x, double square) {
+    const double upper = upper_half(x);
+    const double lower = x - upper;
+    return ((upper * upper - square) + 2.0 * upper * lower) + lower * lower;
+}
+
+// Whether what was lost by rounding is less than 3/8 of the last place. Anything that computes the
+// same to within 5/8 of it then rounds to the same number.
+bool rounds_clearly(double rounded, double error) {
+    return rounded + error * (4.0 / 3.0) == rounded;
+}
+
+}  // namespace
+
+// C libraries compute powers to within 0.54 of the last place, and take ten times as long as a
+// product or a root does.
+double power(double base, double exponent) {
+    const bool halves_exist = std::abs(base) > 1e-100 && std::abs(base) < 1e100;
+    if (exponent == 2.0 && halves_exist) {
+        const double square = base * base;
+        if (rounds_clearly(square, square_error(base, square))) return square;
+    } else if (exponent == 0.5 && base > 0.0 && halves_exist) {
+        const double root = std::sqrt(base);
+        const double square = root * root;
+        const double rest = (base - square) - square_error(root, square);
+        if (rounds_clearly(root, rest / (2.0 * root))) return root;
+    }
+    return library_power(base, exponent);
 }
 
 Error apply_function(char code, double& x) {
