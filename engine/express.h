@@ -165,7 +165,10 @@ class MORANDEL_EXPORT CExpress {
     int load(const char* text);
     bool load_program();
     bool load_tokens();
-    void need_tokens();
+    void need_tokens() {
+        if (m_Loaded == Loaded::program || m_Loaded == Loaded::finished_program) cut_tokens();
+    }
+    void cut_tokens();
     bool isConstVariable(const morandel::Token& name);
     bool has_constants_only();
     void list_variables();

@@ -82,8 +82,7 @@ bool CExpress::load_tokens() {
 }
 
 // Cuts a compiled formula into the tokens that all but its computation works with.
-void CExpress::need_tokens() {
-    if (m_Loaded != Loaded::program && m_Loaded != Loaded::finished_program) return;
+void CExpress::cut_tokens() {
     const morandel::DefaultFloatingPoint environment;
     const bool finished = m_Loaded == Loaded::finished_program;
     morandel::tokenize(m_Formula, m_Tokens);

@@ -13,9 +13,9 @@ class Scanner {
   public:
     explicit Scanner(const char* formula) : m_formula(formula), m_next(formula) {}
 
-    Token read_token() {
+    // Fills a fresh token.
+    void read(Token& token) {
         while (is_any(*m_next, blank)) ++m_next;
-        Token token;
         if (is_any(*m_next, single)) {
             read_single(token);
         } else if (is_any(*m_next, digit)) {
@@ -28,7 +28,6 @@ class Scanner {
             classify_word(token);
         }
         token.end = static_cast<std::uint16_t>(m_next - m_formula);
-        return token;
     }
 
   private:
@@ -94,7 +93,7 @@ void tokenize(const char* formula, std::vector<Token>& tokens) {
     tokens.reserve(std::strlen(formula) + 1);  // no token without a byte, but the last
     Scanner scanner(formula);
     do {
-        tokens.push_back(scanner.read_token());
+        scanner.read(tokens.emplace_back());
     } while (tokens.back().token_class != TokenClass::end);
 }
 
