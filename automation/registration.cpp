@@ -92,11 +92,14 @@ HRESULT run_script(const ClassEntry& entry, bool installing) {
                : registrar->ResourceUnregister(path.data(), entry.registry_script, L"REGISTRY");
 }
 
-// Some registrars leave the keys of values behind.
-HRESULT remove_class(const CLSID& id) {
+std::wstring key_of(const wchar_t* parent, const GUID& id) {
     wchar_t text[64];
     StringFromGUID2(id, text, 64);
-    const std::wstring path = std::wstring(L"CLSID\\") + text;
+    return std::wstring(parent) + L'\\' + text;
+}
+
+// No failure where there is none.
+HRESULT remove_key(const std::wstring& path) {
     const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, path.c_str());
     if (status == ERROR_FILE_NOT_FOUND) return S_OK;
     if (status != ERROR_SUCCESS) return HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
@@ -110,7 +113,16 @@ HRESULT register_library() {
     auto path = module_path();
     Pointer<ITypeLib> library;
     const HRESULT result = LoadTypeLibEx(path.data(), REGKIND_NONE, library.fill());
-    return FAILED(result) ? result : RegisterTypeLib(library.get(), path.data(), nullptr);
+    if (FAILED(result)) return result;
+    const HRESULT registered = RegisterTypeLib(library.get(), path.data(), nullptr);
+    if (FAILED(registered)) return registered;
+    // Some platforms answer that all went well where the interface could not be written.
+    HKEY key = nullptr;
+    const LSTATUS status = RegOpenKeyExW(
+        HKEY_CLASSES_ROOT, key_of(L"Interface", IID_IComExpress).c_str(), 0, KEY_READ, &key);
+    if (status != ERROR_SUCCESS) return TYPE_E_REGISTRYACCESS;
+    RegCloseKey(key);
+    return S_OK;
 }
 
 constexpr HRESULT not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
@@ -149,9 +161,12 @@ HRESULT remove() {
     };
     for (const ClassEntry& entry : this_module().classes()) {
         keep_first(guarded([&] { return run_script(entry, false); }));
-        keep_first(guarded([&] { return remove_class(entry.id); }));
+        // Some registrars leave the keys of values behind.
+        keep_first(guarded([&] { return remove_key(key_of(L"CLSID", entry.id)); }));
     }
     keep_first(guarded(unregister_library));
+    // A library that was registered by half is none to the platform.
+    keep_first(guarded([] { return remove_key(key_of(L"Interface", IID_IComExpress)); }));
     return first;
 }
 

@@ -129,10 +129,14 @@ perl -0777 -pe 's/MSFT\x02\0/XXXX\x02\0/' "$library" >"$damaged"
 ! "$wine" "$system\\regsvr32.exe" /s "$(windows_path "$damaged")" >/dev/null 2>&1 || problem "a DLL without its type library is registered"
 expect_no_keys HKCR
 
+# Where the registry refuses.
+MORANDEL_MODULE=$module run_client registration_test
+expect_no_keys HKCR
+
 # For all, twice, as installers do.
 register && register || problem "registration"
 expect_keys HKCR
-for client in object_test type_library_test invoke_test cases_dispatch_test load_test; do run_client $client; done
+for client in object_test type_library_test invoke_test random_invoke_test cases_dispatch_test load_test; do run_client $client; done
 # Texts cross the same way in a process whose own code page is another. (In the C locale Wine could
 # not even open the folder's name.)
 MORANDEL_WINE_LOCALE=de_DE.UTF-8 run_client object_test
