@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/express.h"
@@ -72,13 +73,13 @@ class Calculation {
     // One attempt at each that waits; those that fail go on waiting in the same order.
     bool run_round() {
         std::size_t kept = 0;
-        for (Waiting& waiting : m_waiting) {
+        for (std::size_t i = 0; i < m_waiting.size(); ++i) {
             const int settled = m_settled;
-            if (!would_fail_again(waiting) && !attempt(waiting)) return false;
+            if (!would_fail_again(m_waiting[i]) && !attempt(m_waiting[i])) return false;
             if (--m_attempts_left < 0) return fail();
-            if (m_settled == settled && &m_waiting[kept++] != &waiting) {
-                std::swap(m_waiting[kept - 1], waiting);
-            }
+            if (m_settled != settled) continue;
+            if (kept != i) m_waiting[kept] = std::move(m_waiting[i]);
+            ++kept;
         }
         m_waiting.resize(kept);
         return true;

@@ -7,12 +7,9 @@
 
 namespace morandel {
 
-// Each chunk is twice as large as the one before.
+// Each chunk is twice as large as the one before, up to 512 nodes.
 void RecordStore::add_chunk() {
-    constexpr std::size_t first_size = 4;
-    constexpr std::size_t largest_size = 512;
-    const std::size_t doublings = std::min<std::size_t>(m_chunks.size(), 16);
-    const std::size_t size = std::min(first_size << doublings, largest_size);
+    const std::size_t size = std::size_t{4} << std::min<std::size_t>(m_chunks.size(), 7);
     Node* const chunk = m_chunks.emplace_back(std::make_unique<Node[]>(size)).get();
     for (std::size_t i = size; i-- > 0;) chunk[i].next = std::exchange(m_spare, &chunk[i]);
 }
