@@ -114,4 +114,21 @@ TEST(Compiler, KeepsTheType) {
     }
 }
 
+TEST(Compiler, TellsTheNameThatAloneIsMissing) {
+    const Parameters all = parameters();
+    const auto program = std::make_unique<Program>();
+    const auto missing_name = [&](const char* formula) {
+        const morandel::Compilation compilation = morandel::compile(formula, all, *program);
+        EXPECT_FALSE(compilation.done && !compilation.missing_name.empty()) << formula;
+        return compilation.missing_name;
+    };
+    for (const char* formula : {"v", "a+v", "v*w+a", "sqrt(v)+(a)", "-v", "v > 1", "(1+v)^2"}) {
+        EXPECT_EQ(missing_name(formula), "v") << formula;
+    }
+    for (const char* formula : {"a", "", "v+", "(v", "v)", "strlen(v)", "v like \"x\"", "v,1", "v!",
+                                "mod(v, 2)", "v+\"x\"", "v v", "int(v)^2", "pi"}) {
+        EXPECT_EQ(missing_name(formula), "") << formula;
+    }
+}
+
 }  // namespace
