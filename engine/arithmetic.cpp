@@ -135,13 +135,13 @@ Error apply_unary(char code, Value& value) {
         const Function* row = function_of_code(code);
         if (row == nullptr || row->carrier != Carrier::numeric) return Error::none;
     }
-    value.set_type(code == 'o' ? type_integer : type_number, code == 'o' ? 0 : 1);
+    value.type = code == 'o' ? type_integer : type_number;
     return apply_function(code, value.number);
 }
 
 Error apply_operator(char code, Value& left, double right) {
     // Deliberate: to the power of 0, the type of the left side stays, a text too.
-    if (code != '^' || right != 0.0) left.set_type(type_number, 1);
+    if (code != '^' || right != 0.0) left.type = type_number;
     if (code != '!') return combine(code, left.number, right);
     const double value = left.number;
     left.number = factorial(value);
@@ -177,7 +177,7 @@ double modulo(double value, double divisor) {
 Error apply_modulo(Value& value, double divisor) {
     if (divisor == 0.0) return Error::modulo_by_zero;
     value.number = modulo(value.number, divisor);
-    value.set_type(type_number, 1);
+    value.type = type_number;
     return Error::none;
 }
 
@@ -185,7 +185,7 @@ void apply_case(Value& value, double mode, TextArena& arena) {
     char* changed = arena.allocate(value.text.size());
     std::ranges::transform(value.text, changed, mode == 0.0 ? to_lower : to_upper);
     value.text = {changed, value.text.size()};
-    value.set_type(type_text, 2);
+    value.type = type_text;
 }
 
 void apply_relation(char code, Value& left, const Value& right) {
@@ -198,7 +198,7 @@ void apply_relation(char code, Value& left, const Value& right) {
         result = holds(code, left.number, right.number);
     }
     left.number = result ? 1.0 : 0.0;
-    left.set_type(type_number, 1);
+    left.type = type_number;
 }
 
 }  // namespace morandel

@@ -118,10 +118,10 @@ void CExpress::primitive(Value& value) {
         is_parameter ? &m_Para[static_cast<std::size_t>(m_Token->slot)] : nullptr;
     if (is_text) {
         value.text = is_parameter ? std::string_view(parameter->text) : m_Token->text();
-        value.set_type(type_text, 2);
+        value.type = type_text;
     } else {
         value.number = is_parameter ? parameter->number : m_Token->number;
-        value.set_type(type_number, 1);
+        value.type = type_number;
     }
     get_token();
 }

@@ -78,7 +78,7 @@ double decimal_part(double value) {
 Error apply_rounding(Value& value, double decimals) {
     constexpr double most_decimals = 15;
     const double x = value.number;
-    value.set_type(type_number, 1);
+    value.type = type_number;
 
     double whole_decimals = 0.0;
     const bool fraction = std::modf(decimals, &whole_decimals) != 0.0;

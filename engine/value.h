@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cmath>
-#include <cstdint>
 #include <string_view>
 
 namespace morandel {
@@ -17,18 +16,12 @@ inline bool in_range(double number) {
     return !(std::abs(number) > range_bound);
 }
 
-// The four outputs of a level. The text lies in the formula, in a parameter or in the
+// The outputs of a level. The text lies in the formula, in a parameter or in the
 // evaluator's text arena, and lives until the next evaluation.
 struct Value {
     double number = 0.0;
     std::string_view text;
-    std::int16_t type = type_integer;
-    std::int16_t float_word = 0;  // 1 after a floating step, 0 after an integer one, 2 after a text
-
-    void set_type(int result_type, int word) {
-        type = static_cast<std::int16_t>(result_type);
-        float_word = static_cast<std::int16_t>(word);
-    }
+    ResultType type = type_integer;
 };
 
 }  // namespace morandel

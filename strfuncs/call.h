@@ -55,7 +55,7 @@ struct Call {
     }
     Error give_number(double number, ResultType type) {
         value.number = number;
-        value.type = static_cast<std::int16_t>(type);
+        value.type = type;
         return Error::none;
     }
 };
