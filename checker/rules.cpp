@@ -13,6 +13,7 @@ namespace {
 constexpr int number = CExpressionCheck::kind_number;
 constexpr int text = CExpressionCheck::kind_text;
 constexpr int open = CExpressionCheck::kind_open;
+constexpr int any = -1;  // how many commas there are at most
 
 // clang-format off
 // In the order of the function table. Deliberate: names and faults that differ from the function's
@@ -20,39 +21,39 @@ constexpr int open = CExpressionCheck::kind_open;
 // strlen and strdelete as they are.
 constexpr CheckRule function_rules[] = {
     // code name         1st     fault  further  commas   forgets closes result
-    {'s', "sin",         number, 1,     "",      0, -1,   false,  true,  number},
-    {'c', "cos",         number, 1,     "",      0, -1,   false,  true,  number},
-    {'t', "tan",         number, 1,     "",      0, -1,   false,  true,  number},
-    {'e', "ctan",        number, 1,     "",      0, -1,   false,  true,  number},
-    {'q', "sqrt",        number, 1,     "",      0, -1,   false,  true,  number},
-    {'x', "arcsin",      number, 1,     "",      0, -1,   false,  true,  number},
-    {'y', "arccos",      number, 1,     "",      0, -1,   false,  true,  number},
-    {'z', "arctan",      number, 1,     "",      0, -1,   false,  true,  number},
-    {'w', "arcctan",     number, 1,     "",      0, -1,   false,  true,  number},
-    {'m', "ln",          number, 1,     "",      0, -1,   false,  true,  number},
-    {'n', "log",         number, 1,     "",      0, -1,   false,  true,  number},
-    {'o', "int",         number, 1,     "",      0, -1,   false,  true,  number},
-    {'p', "deci",        number, 1,     "",      0, -1,   false,  true,  number},
+    {'s', "sin",         number, 1,     "",      0, any,  false,  true,  number},
+    {'c', "cos",         number, 1,     "",      0, any,  false,  true,  number},
+    {'t', "tan",         number, 1,     "",      0, any,  false,  true,  number},
+    {'e', "ctan",        number, 1,     "",      0, any,  false,  true,  number},
+    {'q', "sqrt",        number, 1,     "",      0, any,  false,  true,  number},
+    {'x', "arcsin",      number, 1,     "",      0, any,  false,  true,  number},
+    {'y', "arccos",      number, 1,     "",      0, any,  false,  true,  number},
+    {'z', "arctan",      number, 1,     "",      0, any,  false,  true,  number},
+    {'w', "arcctan",     number, 1,     "",      0, any,  false,  true,  number},
+    {'m', "ln",          number, 1,     "",      0, any,  false,  true,  number},
+    {'n', "log",         number, 1,     "",      0, any,  false,  true,  number},
+    {'o', "int",         number, 1,     "",      0, any,  false,  true,  number},
+    {'p', "deci",        number, 1,     "",      0, any,  false,  true,  number},
     {'u', "preci",       number, 1,     "1",     1,  1,   true,   true,  number},
     {'r', "mod",         number, 1,     "1",     1,  1,   true,   true,  number},
     {'C', "strcase",     text,   2,     "1",     0,  1,   true,   true,  text},
-    {'L', "strlen",      text,   2,     "",      0, -1,   false,  true,  number},
+    {'L', "strlen",      text,   2,     "",      0, any,  false,  true,  number},
     {'U', "strsub",      text,   2,     "111",   1,  3,   true,   true,  text},
     {'T', "Trim",        text,   1,     "21",    1,  2,   true,   true,  text},
-    {'A', "strcat",      text,   2,     "2*",    0, -1,   true,   true,  text},
-    {'S', "strims",      text,   2,     "",      0, -1,   false,  true,  text},
+    {'A', "strcat",      text,   2,     "2*",    0, any,  true,   true,  text},
+    {'S', "strims",      text,   2,     "",      0, any,  false,  true,  text},
     {'M', "strmismatch", text,   2,     "2111",  1,  4,   true,   true,  open},
     {'F', "strfind",     text,   2,     "21",    1,  2,   true,   true,  open},
     {'R', "strreplace",  text,   2,     "2211",  0,  4,   true,   true,  text},
-    {'D', "strdelete",   text,   2,     "",      1, -1,   true,   true,  text},
+    {'D', "strdelete",   text,   2,     "",      1, any,  true,   true,  text},
     {'Y', "strinsert",   text,   2,     "21",    2,  2,   true,   true,  text},
     {'V', "R2S",         number, 2,     "1",     0,  1,   true,   true,  text},
-    {'Z', "S2R",         text,   2,     "",      0, -1,   false,  true,  number},
+    {'Z', "S2R",         text,   2,     "",      0, any,  false,  true,  number},
     {'N', "strsubn",     text,   2,     "21",    2,  2,   true,   true,  text},
     {'l', "left",        text,   2,     "1",     1,  1,   true,   false, number},
     {'i', "right",       text,   2,     "1",     1,  1,   true,   false, number},
     {'f', "strfindn",    text,   2,     "21",    1,  2,   true,   true,  number},
-    {'j', "not",         number, 1,     "",      0, -1,   false,  true,  number},
+    {'j', "not",         number, 1,     "",      0, any,  false,  true,  number},
     {'h', "if",          number, 1,     "1111",  2,  4,   true,   false, number},
 };
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 #include <stdexcept>
 #include <string>
 
@@ -75,6 +76,19 @@ TEST(Checker, ResetEmptiesThreeThings) {
     EXPECT_TRUE(check.m_errors.empty());
     EXPECT_TRUE(check.m_argKinds.empty());
     EXPECT_EQ(check.m_tokenCount, 0);
+}
+
+// What they keep counts as an argument of the calls after them.
+TEST(Checker, SomeFunctionsKeepTheirFurtherArguments) {
+    const std::set<std::string_view> keeping = {
+        "sin", "cos", "tan", "ctan", "sqrt", "arcsin", "arccos",   "arctan", "arcctan",
+        "ln",  "log", "int", "deci", "not",  "strlen", "strtrims", "s2r"};
+    for (const morandel::Function& function : morandel::functions()) {
+        CExpressionCheck check;
+        check.CheckExpression((std::string(function.name) + "(x, y, z)").c_str());
+        EXPECT_EQ(check.m_argKinds.size(), keeping.contains(function.name) ? 2U : 0U)
+            << function.name;
+    }
 }
 
 TEST(Checker, HasARuleForEveryFunctionInTheOrderOfTheTable) {

@@ -133,16 +133,21 @@ TEST(Hostile, TextsOver64MebibytesAreRefused) {
     }
     para.strValue.resize(std::size_t{32} << 20);
     e.SetPara(&para, 1, true);
-    ASSERT_EQ(e.SetExpression("strlen(strcat(s, s))"), 1);
-    EXPECT_EQ(e.CalcExpression(), 1) << "64 MiB exactly";
-    EXPECT_EQ(e.GetResult(), static_cast<double>(std::size_t{64} << 20));
+    for (const std::string formula :
+         {"strcat(s, s)", "strinsert(s, s, 0)", "strreplace(\"aa\", \"a\", s)"}) {
+        ASSERT_EQ(e.SetExpression(("strlen(" + formula + ")").c_str()), 1);
+        EXPECT_EQ(e.CalcExpression(), 1) << formula << ", 64 MiB exactly";
+        EXPECT_EQ(e.GetResult(), static_cast<double>(std::size_t{64} << 20)) << formula;
+    }
     para.strValue.resize((std::size_t{64} << 20) + 1, 'b');
     e.SetPara(&para, 1, true);
     ASSERT_EQ(e.SetExpression("strdelete(\"b\", s)"), 1);
     e.CalcExpression();
-    ASSERT_EQ(e.SetExpression("strreplace(\"x\", \"c\", s, 99999999)"), 1);
-    EXPECT_EQ(e.CalcExpression(), 0);
-    EXPECT_EQ(e.GetErrorNumber(), 55);
+    for (const char* formula : {"strreplace(\"x\", \"c\", s, 99999999)", "strinsert(s, \"\", 0)"}) {
+        ASSERT_EQ(e.SetExpression(formula), 1);
+        EXPECT_EQ(e.CalcExpression(), 0) << formula;
+        EXPECT_EQ(e.GetErrorNumber(), 55) << formula;
+    }
     expect_usable(e);
 }
 
