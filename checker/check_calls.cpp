@@ -61,11 +61,11 @@ void CExpressionCheck::check_operator(char code, int& left, int right) {
 
 void CExpressionCheck::check_call(const CheckRule& rule, int& kind) {
     CheckHead(rule, kind);
-    if (rule.forgets_arguments) {
+    if (rule.commas) {
         // Counting leaves the reading position behind the call, where the levels go on.
         const int commas = CountCommaCheck();
-        CheckShortParameters(commas, rule.fewest_commas, rule.name);
-        if (rule.most_commas >= 0) CheckExtraParameters(commas, rule.most_commas, rule.name);
+        CheckShortParameters(commas, rule.commas->fewest, rule.name);
+        if (rule.commas->most >= 0) CheckExtraParameters(commas, rule.commas->most, rule.name);
         CheckParameters(commas, rule);
         forget_arguments(commas);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <optional>
 
 #include "checker/checker.h"
 #include "engine/functions.h"
@@ -14,47 +15,48 @@ constexpr int number = CExpressionCheck::kind_number;
 constexpr int text = CExpressionCheck::kind_text;
 constexpr int open = CExpressionCheck::kind_open;
 constexpr int any = -1;  // how many commas there are at most
+constexpr std::nullopt_t uncounted = std::nullopt;
 
 // clang-format off
 // In the order of the function table. Deliberate: names and faults that differ from the function's
 // own ("strims", "Trim" with fault 1, "R2S" with fault 2), the steps that stay open, and mod,
 // strlen and strdelete as they are.
 constexpr CheckRule function_rules[] = {
-    // code name         1st     fault  further  commas   forgets closes result
-    {'s', "sin",         number, 1,     "",      0, any,  false,  true,  number},
-    {'c', "cos",         number, 1,     "",      0, any,  false,  true,  number},
-    {'t', "tan",         number, 1,     "",      0, any,  false,  true,  number},
-    {'e', "ctan",        number, 1,     "",      0, any,  false,  true,  number},
-    {'q', "sqrt",        number, 1,     "",      0, any,  false,  true,  number},
-    {'x', "arcsin",      number, 1,     "",      0, any,  false,  true,  number},
-    {'y', "arccos",      number, 1,     "",      0, any,  false,  true,  number},
-    {'z', "arctan",      number, 1,     "",      0, any,  false,  true,  number},
-    {'w', "arcctan",     number, 1,     "",      0, any,  false,  true,  number},
-    {'m', "ln",          number, 1,     "",      0, any,  false,  true,  number},
-    {'n', "log",         number, 1,     "",      0, any,  false,  true,  number},
-    {'o', "int",         number, 1,     "",      0, any,  false,  true,  number},
-    {'p', "deci",        number, 1,     "",      0, any,  false,  true,  number},
-    {'u', "preci",       number, 1,     "1",     1,  1,   true,   true,  number},
-    {'r', "mod",         number, 1,     "1",     1,  1,   true,   true,  number},
-    {'C', "strcase",     text,   2,     "1",     0,  1,   true,   true,  text},
-    {'L', "strlen",      text,   2,     "",      0, any,  false,  true,  number},
-    {'U', "strsub",      text,   2,     "111",   1,  3,   true,   true,  text},
-    {'T', "Trim",        text,   1,     "21",    1,  2,   true,   true,  text},
-    {'A', "strcat",      text,   2,     "2*",    0, any,  true,   true,  text},
-    {'S', "strims",      text,   2,     "",      0, any,  false,  true,  text},
-    {'M', "strmismatch", text,   2,     "2111",  1,  4,   true,   true,  open},
-    {'F', "strfind",     text,   2,     "21",    1,  2,   true,   true,  open},
-    {'R', "strreplace",  text,   2,     "2211",  0,  4,   true,   true,  text},
-    {'D', "strdelete",   text,   2,     "",      1, any,  true,   true,  text},
-    {'Y', "strinsert",   text,   2,     "21",    2,  2,   true,   true,  text},
-    {'V', "R2S",         number, 2,     "1",     0,  1,   true,   true,  text},
-    {'Z', "S2R",         text,   2,     "",      0, any,  false,  true,  number},
-    {'N', "strsubn",     text,   2,     "21",    2,  2,   true,   true,  text},
-    {'l', "left",        text,   2,     "1",     1,  1,   true,   false, number},
-    {'i', "right",       text,   2,     "1",     1,  1,   true,   false, number},
-    {'f', "strfindn",    text,   2,     "21",    1,  2,   true,   true,  number},
-    {'j', "not",         number, 1,     "",      0, any,  false,  true,  number},
-    {'h', "if",          number, 1,     "1111",  2,  4,   true,   false, number},
+    // code name         1st     fault  further  commas          closes result
+    {'s', "sin",         number, 1,     "",      uncounted,      true,  number},
+    {'c', "cos",         number, 1,     "",      uncounted,      true,  number},
+    {'t', "tan",         number, 1,     "",      uncounted,      true,  number},
+    {'e', "ctan",        number, 1,     "",      uncounted,      true,  number},
+    {'q', "sqrt",        number, 1,     "",      uncounted,      true,  number},
+    {'x', "arcsin",      number, 1,     "",      uncounted,      true,  number},
+    {'y', "arccos",      number, 1,     "",      uncounted,      true,  number},
+    {'z', "arctan",      number, 1,     "",      uncounted,      true,  number},
+    {'w', "arcctan",     number, 1,     "",      uncounted,      true,  number},
+    {'m', "ln",          number, 1,     "",      uncounted,      true,  number},
+    {'n', "log",         number, 1,     "",      uncounted,      true,  number},
+    {'o', "int",         number, 1,     "",      uncounted,      true,  number},
+    {'p', "deci",        number, 1,     "",      uncounted,      true,  number},
+    {'u', "preci",       number, 1,     "1",     Commas{1, 1},   true,  number},
+    {'r', "mod",         number, 1,     "1",     Commas{1, 1},   true,  number},
+    {'C', "strcase",     text,   2,     "1",     Commas{0, 1},   true,  text},
+    {'L', "strlen",      text,   2,     "",      uncounted,      true,  number},
+    {'U', "strsub",      text,   2,     "111",   Commas{1, 3},   true,  text},
+    {'T', "Trim",        text,   1,     "21",    Commas{1, 2},   true,  text},
+    {'A', "strcat",      text,   2,     "2*",    Commas{0, any}, true,  text},
+    {'S', "strims",      text,   2,     "",      uncounted,      true,  text},
+    {'M', "strmismatch", text,   2,     "2111",  Commas{1, 4},   true,  open},
+    {'F', "strfind",     text,   2,     "21",    Commas{1, 2},   true,  open},
+    {'R', "strreplace",  text,   2,     "2211",  Commas{0, 4},   true,  text},
+    {'D', "strdelete",   text,   2,     "",      Commas{1, any}, true,  text},
+    {'Y', "strinsert",   text,   2,     "21",    Commas{2, 2},   true,  text},
+    {'V', "R2S",         number, 2,     "1",     Commas{0, 1},   true,  text},
+    {'Z', "S2R",         text,   2,     "",      uncounted,      true,  number},
+    {'N', "strsubn",     text,   2,     "21",    Commas{2, 2},   true,  text},
+    {'l', "left",        text,   2,     "1",     Commas{1, 1},   false, number},
+    {'i', "right",       text,   2,     "1",     Commas{1, 1},   false, number},
+    {'f', "strfindn",    text,   2,     "21",    Commas{1, 2},   true,  number},
+    {'j', "not",         number, 1,     "",      uncounted,      true,  number},
+    {'h', "if",          number, 1,     "1111",  Commas{2, 4},   false, number},
 };
 
 // All give a number. Deliberate: "!" records fault 0, and "or" fault 2 on its right.

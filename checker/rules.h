@@ -3,9 +3,16 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 namespace morandel {
+
+// How many commas the arguments of a call may have.
+struct Commas {
+    int fewest;  // 0 where too few arguments are not looked for
+    int most;    // -1 where too many are not
+};
 
 // A function's row. Adding a function means a row here and one in engine/functions.cpp.
 struct CheckRule {
@@ -15,9 +22,8 @@ struct CheckRule {
     int first_fault;                 // recorded where it does not fit
     std::string_view further_kinds;  // of the 2nd, 3rd ... argument; those past the end are not
                                      // checked, '*' repeats the one before it
-    int fewest_commas;               // 0 where too few arguments are not looked for
-    int most_commas;                 // -1 where too many are not
-    bool forgets_arguments;          // when the call ends
+    std::optional<Commas> commas;    // none where the call neither checks its further arguments nor
+                                     // forgets them when it ends
     bool closes_step;
     int result_kind;
 };
