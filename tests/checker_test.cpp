@@ -63,6 +63,14 @@ TEST(Checker, IsAnEvaluatorToo) {
     EXPECT_EQ(check.GetResult(), 3.0);
 }
 
+TEST(Checker, AFaultOfItsOwnIsEmpty) {
+    const CheckexpressionError fault;
+    EXPECT_EQ(fault.nType, 0);
+    EXPECT_EQ(fault.nPosition, 0);
+    EXPECT_EQ(fault.nIndex, 0);
+    EXPECT_EQ(fault.strName, "");
+}
+
 TEST(Checker, ResetEmptiesThreeThings) {
     CExpressionCheck check;
     check.CheckExpression("sin(\"a\", 1)");
