@@ -24,19 +24,6 @@ bool has_fraction(double value) {
     return std::modf(value, &whole) != 0.0;
 }
 
-double library_power(double base, double exponent) {
-#ifdef __MINGW32__
-    // This C library multiplies whole powers up, with an error each time. Computed with more bits
-    // and then rounded, they are what other systems give.
-    return static_cast<double>(
-        std::pow(static_cast<long double>(base), static_cast<long double>(exponent)));
-#else
-    // Compilers put a product or a root in the place of powers whose exponent they can tell.
-    const volatile double hidden = exponent;
-    return std::pow(base, hidden);
-#endif
-}
-
 // The number's upper half, of 26 bits.
 double upper_half(double x) {
     const double shifted = x * 0x8000001p0;
@@ -57,6 +44,19 @@ bool rounds_clearly(double rounded, double error) {
 }
 
 }  // namespace
+
+double library_power(double base, double exponent) {
+#ifdef __MINGW32__
+    // This C library multiplies whole powers up, with an error each time. Computed with more bits
+    // and then rounded, they are what other systems give.
+    return static_cast<double>(
+        std::pow(static_cast<long double>(base), static_cast<long double>(exponent)));
+#else
+    // Compilers put a product or a root in the place of powers whose exponent they can tell.
+    const volatile double hidden = exponent;
+    return std::pow(base, hidden);
+#endif
+}
 
 // C libraries compute powers to within 0.54 of the last place, and take ten times as long as a
 // product or a root does.

@@ -42,6 +42,7 @@ void apply_relation(char code, Value& left, const Value& right);
 inline bool holds(char code, double a, double b);
 
 double power(double base, double exponent);
+double library_power(double base, double exponent);  // the same, and slower where that is quick
 
 double factorial(double value);
 double modulo(double value, double divisor);
