@@ -124,6 +124,27 @@ TEST(Express, SlotsKeepWhatTheyHold) {
     EXPECT_EQ(value_of(e, "a+b"), 3.0);
 }
 
+// Names of every length that differ in one byte only.
+TEST(Express, ASlotTakesAnotherName) {
+    for (std::size_t size = 1; size <= 40; ++size) {
+        const std::string name(size, 'x');
+        for (std::size_t at = 0; at < size; ++at) {
+            std::string other = name;
+            other[at] = 'y';
+            CExpress e;
+            ASSERT_EQ(e.SetNumberOfPara(1), 1);
+            set_number(e, 1, name, 2.0);
+            ASSERT_EQ(value_of(e, name.c_str()), 2.0);
+            set_number(e, 1, other, 3.0);
+            ASSERT_EQ(value_of(e, other.c_str()), 3.0) << size << ' ' << at;
+            ASSERT_EQ(e.SetExpression(name.c_str()), 1);
+            ASSERT_EQ(e.CalcExpression(), 0) << size << ' ' << at;
+            set_number(e, 1, other, 4.0);
+            ASSERT_EQ(value_of(e, other.c_str()), 4.0) << size << ' ' << at;
+        }
+    }
+}
+
 TEST(Express, ASlotKeepsNumberAndTextApart) {
     CExpress e;
     e.SetNumberOfPara(1);
