@@ -20,15 +20,14 @@ constexpr std::size_t significant_digits = 15;
 class FractionDigits {
   public:
     FractionDigits(double x, std::string_view whole) {
-        const bool below_one = x > 0.0 && x < 1.0;
+        if (whole.size() >= significant_digits) return;
         // Between 0 and 1, adding 1 keeps the zeros after the point.
-        const std::size_t skipped = below_one ? 1 : whole == "0" ? 0 : whole.size();
-        if (skipped >= significant_digits) return;
+        const bool below_one = x > 0.0 && x < 1.0;
         NumberBuffer buffer;
         const std::string_view mantissa = format_mantissa((below_one ? x + 1.0 : x) * 1e14, buffer);
         m_digits[0] = mantissa[0];
         std::ranges::copy(mantissa.substr(2), m_digits.begin() + 1);
-        m_text = std::string_view(m_digits.data(), significant_digits).substr(skipped);
+        m_text = std::string_view(m_digits.data(), significant_digits).substr(whole.size());
     }
 
     // The first so many, without the zeros at their end.
