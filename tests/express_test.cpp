@@ -287,6 +287,18 @@ TEST(Express, ItsOwnTextsMayComeBackIn) {
     EXPECT_EQ(value_of(e, "strlen(a)"), 3.0);
 }
 
+TEST(Express, WhatIsPendingStaysThoughMuchHasComeAndGone) {
+    CExpress e;
+    ASSERT_EQ(e.SetNumberOfPara(1), 1);
+    set_text(e, 1, "s", std::string(std::size_t{30} << 20, 'a'));
+    value_of(e, "strlen(\"abc\", \"xyz\")");  // leaves its second text
+    for (int i = 0; i < 4; ++i) value_of(e, "strlen(strdelete(\"b\", s))");
+    value_of(e, "1");
+    ASSERT_EQ(e.SetExpression("strdelete(\"y\")"), 1);
+    ASSERT_EQ(e.CalcExpression(), 1);
+    EXPECT_EQ(e.m_StrResult, "xz");
+}
+
 TEST(Express, TheOldestPendingGoAboveTheLimit) {
     CExpress e;
     // Each evaluation leaves 80 texts and 80 numbers.
