@@ -20,15 +20,17 @@ else()
   set(MORANDEL_ARCHITECTURE x86)
 endif()
 
+# The header names the file it comes from as it is given here, so without the folder: packages made
+# in different folders are the same to the last byte.
 set(MORANDEL_TYPE_LIBRARY ${generated}/Morandel10.tlb)
 add_custom_command(OUTPUT ${MORANDEL_TYPE_LIBRARY}
   COMMAND ${WIDL} -m${bits} -t -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
-    -o ${MORANDEL_TYPE_LIBRARY} ${description}
-  DEPENDS ${description} VERBATIM)
+    -o ${MORANDEL_TYPE_LIBRARY} morandel.idl
+  WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/automation DEPENDS ${description} VERBATIM)
 add_custom_command(OUTPUT ${generated}/morandel_com.h
   COMMAND ${WIDL} -m${bits} -h -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
-    -o ${generated}/morandel_com.h ${description}
-  DEPENDS ${description} VERBATIM)
+    -o ${generated}/morandel_com.h morandel.idl
+  WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/automation DEPENDS ${description} VERBATIM)
 add_custom_target(morandel_com_header DEPENDS ${generated}/morandel_com.h)
 
 configure_file(automation/morandel.rc.in ${generated}/morandel.rc @ONLY)
