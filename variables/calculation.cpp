@@ -63,11 +63,11 @@ class Calculation {
             std::min<std::size_t>(m_records.size(), CExpress::max_parameters + 1)));
         m_waiting.reserve(m_records.size());
         int slot = 0;
-        for (CVariableExpress* record : m_records.first_of_each_name()) {
-            m_waiting.push_back({record, {}, {}});
-            hand_on(*record);
-            m_evaluator.SetPara(&m_parameter, ++slot, record->IsString());
-        }
+        m_records.each_first_of_name([&](CVariableExpress& record) {
+            m_waiting.push_back({&record, {}, {}});
+            hand_on(record);
+            m_evaluator.SetPara(&m_parameter, ++slot, record.IsString());
+        });
     }
 
     // One attempt at each that waits; those that fail go on waiting in the same order.

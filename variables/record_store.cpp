@@ -66,16 +66,6 @@ CVariableExpress* RecordStore::find(std::string_view name) {
     return node == nullptr ? nullptr : &*node->record;
 }
 
-std::vector<CVariableExpress*> RecordStore::first_of_each_name() {
-    if (!m_indexed) index();
-    std::vector<CVariableExpress*> all;
-    all.reserve(m_size);
-    for (Node* node = m_first; node != nullptr; node = node->next) {
-        all.push_back(m_names_repeat ? find(node->record->m_strName) : &*node->record);
-    }
-    return all;
-}
-
 RecordStore::Node* RecordStore::find_node(std::string_view name, std::size_t hash) {
     Node* node = bucket(hash);
     while (node != nullptr && (node->hash != hash || node->record->m_strName != name)) {

@@ -31,7 +31,13 @@ class RecordStore {
     // The first record of that name, or null.
     CVariableExpress* find(std::string_view name);
     // In list order, for each record the first one of its name.
-    std::vector<CVariableExpress*> first_of_each_name();
+    template <class Visit>
+    void each_first_of_name(const Visit& visit) {
+        if (!m_indexed) index();
+        for (Node* node = m_first; node != nullptr; node = node->next) {
+            visit(m_names_repeat ? *find(node->record->m_strName) : *node->record);
+        }
+    }
 
     // Without the copies that GetName and GetExp make.
     static const std::string& name_of(const CVariableExpress& record) { return record.m_strName; }
