@@ -118,6 +118,16 @@ class Host {
     IDispatch* m_dispatch = nullptr;
 };
 
+// What the object gives for 6*7, whatever was called before; -99 where a call fails.
+inline double six_times_seven(const Host& host) {
+    const Variant name(std::wstring(L"a"));
+    host.call(L"Clear", {});
+    const Outcome set =
+        host.call(L"SetValue", {Variant(0), name, Variant(0.0), Variant(std::wstring(L"6*7"))});
+    const Outcome outcome = host.call(L"GetValue", {name});
+    return set.result == S_OK && outcome.result == S_OK ? outcome.value.number() : -99.0;
+}
+
 // Bytes on the process's heaps.
 inline std::size_t memory_in_use() {
     std::size_t bytes_in_use = 0;
