@@ -3,6 +3,9 @@
 
 enable_language(RC)
 find_program(WIDL NAMES ${MORANDEL_TOOL_PREFIX}widl widl REQUIRED)
+# widl writes the time into a type library, so it is given one that never changes.
+find_program(FAKETIME faketime REQUIRED)
+set(widl ${CMAKE_COMMAND} -E env TZ=UTC ${FAKETIME} "2026-01-01 00:00:00" ${WIDL})
 # Both come with Wine's development files, as the platform's own interface descriptions do.
 find_path(MORANDEL_IDL_FOLDER oaidl.idl PATHS /usr/include/wine/wine/windows /usr/include/wine/windows
   NO_CMAKE_FIND_ROOT_PATH REQUIRED)
@@ -24,11 +27,11 @@ endif()
 # in different folders are the same to the last byte.
 set(MORANDEL_TYPE_LIBRARY ${generated}/Morandel10.tlb)
 add_custom_command(OUTPUT ${MORANDEL_TYPE_LIBRARY}
-  COMMAND ${WIDL} -m${bits} -t -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
+  COMMAND ${widl} -m${bits} -t -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
     -o ${MORANDEL_TYPE_LIBRARY} morandel.idl
   WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/automation DEPENDS ${description} VERBATIM)
 add_custom_command(OUTPUT ${generated}/morandel_com.h
-  COMMAND ${WIDL} -m${bits} -h -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
+  COMMAND ${widl} -m${bits} -h -I ${MORANDEL_IDL_FOLDER} -L ${MORANDEL_TLB_FOLDER}
     -o ${generated}/morandel_com.h morandel.idl
   WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/automation DEPENDS ${description} VERBATIM)
 add_custom_target(morandel_com_header DEPENDS ${generated}/morandel_com.h)
