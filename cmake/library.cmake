@@ -40,6 +40,7 @@ set(MORANDEL_HEADERS
   engine/export.h
   engine/express.h
   engine/functions.h
+  engine/name_key.h
   engine/numbers.h
   engine/parameters.h
   engine/text_arena.h

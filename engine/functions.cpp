@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "engine/characters.h"
+#include "engine/name_key.h"
 
 namespace morandel {
 namespace {
@@ -90,20 +91,24 @@ constexpr std::array<Word, word_count> words = make_words();
 static_assert(std::ranges::all_of(words,
                                   [](const Word& w) { return w.name.size() <= longest_name; }));
 
-constexpr std::size_t hash_step(std::size_t hash, char lower) {
-    return hash * 31 + static_cast<unsigned char>(lower);
+constexpr std::array<NameKey, word_count> make_keys() {
+    std::array<NameKey, word_count> keys{};
+    for (std::size_t i = 0; i < words.size(); ++i) keys[i] = NameKey(words[i].name);
+    return keys;
 }
 
+constexpr std::array<NameKey, word_count> word_keys = make_keys();
+static_assert(std::ranges::all_of(word_keys, &NameKey::is_whole_name));
+
 // Open addressing over the words; a slot holds an index into them plus one.
-constexpr std::size_t slot_count = 256;
+constexpr std::size_t slot_count = NameKey::hashes;
 
 constexpr std::array<std::uint8_t, slot_count> make_slots() {
     std::array<std::uint8_t, slot_count> slots{};
     for (std::size_t i = 0; i < words.size(); ++i) {
-        std::size_t hash = 0;
-        for (const char c : words[i].name) hash = hash_step(hash, c);
-        while (slots[hash % slot_count] != 0) ++hash;
-        slots[hash % slot_count] = static_cast<std::uint8_t>(i + 1);
+        std::size_t at = word_keys[i].hash();
+        while (slots[at] != 0) at = (at + 1) % slot_count;
+        slots[at] = static_cast<std::uint8_t>(i + 1);
     }
     return slots;
 }
@@ -157,16 +162,10 @@ const Word* find_word(std::string_view name) {
     if ((lengths_of_words[static_cast<unsigned char>(name[0])] >> name.size() & 1) == 0) {
         return nullptr;
     }
-    std::array<char, longest_name> lower{};
-    std::size_t hash = 0;
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        lower[i] = to_lower(name[i]);
-        hash = hash_step(hash, lower[i]);
-    }
-    const std::string_view wanted{lower.data(), name.size()};
-    for (; word_slots[hash % slot_count] != 0; ++hash) {
-        const Word& word = words[word_slots[hash % slot_count] - 1U];
-        if (word.name == wanted) return &word;
+    const NameKey key = NameKey(name).lower();
+    for (std::size_t at = key.hash(); word_slots[at] != 0; at = (at + 1) % slot_count) {
+        const std::size_t index = word_slots[at] - 1U;
+        if (word_keys[index] == key) return &words[index];
     }
     return nullptr;
 }

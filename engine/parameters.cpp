@@ -15,7 +15,8 @@ void Parameters::change_count(int count) {
 
 Parameter& Parameters::declare(std::size_t slot, const std::string& name, bool is_text) {
     Parameter& parameter = m_slots[slot];
-    if (parameter.is_text != is_text || parameter.name != name) {
+    const bool same_name = parameter.has_short_name(name) || parameter.name == name;
+    if (parameter.is_text != is_text || !same_name) {
         if (static_cast<int>(slot) < m_indexed) {
             m_indexed = 0;
             m_index.fill(0);

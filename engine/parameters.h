@@ -6,56 +6,15 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "engine/name_key.h"
 #include "engine/numbers.h"
 #include "engine/value.h"
 
 namespace morandel {
-
-template <class Integer>
-std::uint64_t read_bytes(const char* bytes) {
-    Integer value;
-    std::memcpy(&value, bytes, sizeof value);
-    return value;
-}
-
-// What a name is compared by. Names of up to 16 bytes are the same where their keys are.
-class NameKey {
-  public:
-    NameKey() = default;
-    explicit NameKey(std::string_view name) : m_size(name.size()) {
-        const char* begin = name.data();
-        if (m_size >= 8) {
-            m_first = read_bytes<std::uint64_t>(begin);
-            m_last = read_bytes<std::uint64_t>(begin + m_size - 8);
-        } else if (m_size >= 4) {
-            m_first = read_bytes<std::uint32_t>(begin);
-            m_last = read_bytes<std::uint32_t>(begin + m_size - 4);
-        } else if (m_size > 0) {
-            m_first = read_bytes<std::uint8_t>(begin);
-            m_last = read_bytes<std::uint8_t>(begin + m_size / 2) << 8 |
-                     read_bytes<std::uint8_t>(begin + m_size - 1);
-        }
-    }
-
-    bool operator==(const NameKey&) const = default;
-    [[nodiscard]] bool is_whole_name() const { return m_size <= 16; }
-
-    // Seven bits, for a table of 128.
-    [[nodiscard]] std::size_t hash() const {
-        constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
-        return static_cast<std::size_t>(((m_first ^ m_size) * odd + m_last) * odd >> 57);
-    }
-
-  private:
-    std::size_t m_size = 0;
-    std::uint64_t m_first = 0;  // the first and last eight bytes; of less than eight the first and
-    std::uint64_t m_last = 0;   // last four, or all
-};
 
 struct Parameter {
     std::string name;
@@ -130,7 +89,7 @@ class Parameters {
     void change_count(int count);
     void declare_number(std::size_t slot, const std::string& name, double number);
     Parameter& declare(std::size_t slot, const std::string& name, bool is_text);
-    static constexpr std::size_t index_size = 128;
+    static constexpr std::size_t index_size = NameKey::hashes;
 
     int m_count = 0;
     int m_beyond_range = 0;
