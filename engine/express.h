@@ -176,6 +176,7 @@ class MORANDEL_EXPORT CExpress {
     void push_variable(std::string_view name, int type);
 
     // Grammar, see validator.cpp.
+    bool verify_plain();
     bool E();
     bool T();
     bool F();
@@ -198,6 +199,7 @@ class MORANDEL_EXPORT CExpress {
     void level4(Value& value);
     void level5(Value& value);
     void level6(Value& value, char prefix);
+    void argument(Value& value);
     void primitive(Value& value);
     void read_further_arguments(Value& value, char prefix);
     void unary(char code, Value& value);

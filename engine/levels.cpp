@@ -78,11 +78,11 @@ void CExpress::level5(Value& value) {
     m_ExtraArguments.pop_back();
 }
 
-// ( level2 { , level2 } ) | primitive
+// ( argument { , argument } ) | primitive
 void CExpress::level6(Value& value, char prefix) {
     if (!at('(')) return primitive(value);
     get_token();
-    level2(value);
+    argument(value);
     if (at(',')) read_further_arguments(value, prefix);
     if (!at(')')) serror(Error::unbalanced_parentheses);
     get_token();
@@ -95,18 +95,24 @@ void CExpress::read_further_arguments(Value& value, char prefix) {
             m_StringArgument.text = value.text;
             m_StringArgument.index = m_TempStr.size();
         }
-        Value argument;
-        level2(argument);
-        if (argument.type == type_text) {
-            m_TempStr.push(argument.text);
-            m_PushedBytes += argument.text.size();
+        Value further;
+        argument(further);
+        if (further.type == type_text) {
+            m_TempStr.push(further.text);
+            m_PushedBytes += further.text.size();
         } else {
-            g_NumArray.push(argument.number);
+            g_NumArray.push(further.number);
         }
         if (place < ExtraArguments::kept && !m_ExtraArguments.empty()) {
-            m_ExtraArguments.back().values[place] = argument.number;
+            m_ExtraArguments.back().values[place] = further.number;
         }
     }
+}
+
+// level2. In an argument that is one operand, as most are, no level finds anything else to do.
+void CExpress::argument(Value& value) {
+    if (m_Token->code == 0 && (m_Prog->code == ',' || m_Prog->code == ')')) return primitive(value);
+    level2(value);
 }
 
 // constant

@@ -73,11 +73,11 @@ bool CExpress::load_program() {
 bool CExpress::load_tokens() {
     morandel::tokenize(m_Formula, m_Tokens);
     m_Loaded = Loaded::tokens;
-    rewind();
-    if (VerifyExpression() == 0) return false;
-    rewind();
+    m_Prog = m_Tokens.data();
+    if (!verify_plain() && VerifyExpression() == 0) return false;
+    m_Prog = m_Tokens.data();
     list_variables();
-    rewind();
+    m_Prog = m_Tokens.data();
     return true;
 }
 

@@ -2,6 +2,8 @@
 // hand. The first rejection is recorded and ends the check, the rules above it naming the
 // missing operand. The grammar is not the evaluator's: looser here, stricter there.
 
+#include <cstdint>
+
 #include "engine/express.h"
 #include "engine/functions.h"
 
@@ -9,6 +11,8 @@ using morandel::CONSTANT;
 using morandel::DELIMITER;
 using morandel::Error;
 using morandel::NONE;
+using morandel::Token;
+using morandel::TokenClass;
 using morandel::TokenType;
 using morandel::VARIABLE;
 
@@ -37,7 +41,76 @@ constexpr Operator operators_in_order[] = {
 
 constexpr std::size_t longest_variable = 250;  // the message of error 38 says 50
 
+// Whether the tokens are operands and operators in turn, with parentheses in pairs, one sign or
+// function before an operand and one power or relation between signs of other kinds. All rules
+// accept those. What this refuses is theirs to judge.
+class PlainFormula {
+  public:
+    bool take(const Token& token) {
+        if (token.is_literal && !token.quote_closed) return false;
+        if (token.token_class == TokenClass::delimiter) {
+            return m_operand_due ? open(token) : close_or_join(token.code);
+        }
+        const bool due = m_operand_due;
+        m_operand_due = m_after_prefix = false;
+        return due && token.text_length <= longest_variable;
+    }
+
+    // At the end token.
+    [[nodiscard]] bool is_whole() const { return !m_operand_due && m_depth == 0; }
+
+  private:
+    static constexpr int deepest = 63;
+
+    bool open(const Token& token) {
+        if (token.code == '(') {
+            m_after_prefix = false;
+            m_joined_tightly <<= 1;
+            return ++m_depth <= deepest;
+        }
+        const bool first_prefix = token.prefix != 0 && !m_after_prefix;
+        m_after_prefix = true;
+        return first_prefix;
+    }
+
+    bool close_or_join(char code) {
+        if (code == ')') {
+            m_joined_tightly >>= 1;
+            return --m_depth >= 0;
+        }
+        m_operand_due = true;
+        if (code == ',') return true;
+        const bool was_tight = (m_joined_tightly & 1) != 0;
+        const bool is_tight = code == '^' || morandel::is_relation(code);
+        m_joined_tightly = (m_joined_tightly & ~std::uint64_t{1}) | (is_tight ? 1 : 0);
+        return is_tight ? !was_tight : code == '+' || code == '-' || code == '*' || code == '/';
+    }
+
+    bool m_operand_due = true;
+    bool m_after_prefix = false;
+    int m_depth = 0;
+    // A bit for each open parenthesis, the innermost the lowest: whether a power or relation stands
+    // there since the last other sign.
+    std::uint64_t m_joined_tightly = 0;
+};
+
 }  // namespace
+
+// What VerifyExpression does of a whole formula, for those that need no rules to be seen as well
+// formed; false for all others, and nothing done. The constants' kinds are read when variables are
+// listed.
+bool CExpress::verify_plain() {
+    PlainFormula formula;
+    const Token* token = m_Tokens.data();
+    for (; token->token_class != TokenClass::end; ++token) {
+        if (!formula.take(*token)) return false;
+    }
+    if (!formula.is_whole()) return false;
+    m_Token = token;
+    m_TokenType = NONE;
+    m_ExpressionStatus = 0;
+    return true;
+}
 
 int CExpress::VerifyExpression() {
     need_tokens();

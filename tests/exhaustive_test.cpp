@@ -33,6 +33,11 @@ struct Evaluator : CExpress {
     }
     // Leaves nothing but the levels to compute a loaded formula.
     void forbid_program() { seek(0); }
+    // By all rules of the grammar, however the formula was loaded.
+    int verify() {
+        seek(0);
+        return VerifyExpression();
+    }
 };
 
 // All that a host can see of an evaluation.
@@ -63,7 +68,12 @@ Outcome outcome_of(Evaluator& e, const std::string& formula, bool by_levels) {
     o.accepted = e.SetExpression(formula.c_str());
     o.expression_status = e.GetExpressionStatus();
     if (o.accepted != 0) o.variables = e.GetVariableNum();
-    if (by_levels) e.forbid_program();
+    if (by_levels) {
+        if (o.accepted != 0) {
+            EXPECT_EQ(e.verify(), 1) << formula;
+        }
+        e.forbid_program();
+    }
     o.computed = e.CalcExpression();
     o.error = e.GetErrorNumber();
     o.type = e.GetResultType();
