@@ -17,14 +17,13 @@ constinit ArgumentStack<double> g_NumArray;
 
 }  // namespace morandel
 
+using morandel::end_of_nothing;
 using morandel::Error;
 using morandel::g_NumArray;
 using morandel::Token;
 using morandel::TokenClass;
 
 namespace {
-
-constexpr Token end_of_nothing;
 
 // How much of what earlier formulas left behind an evaluation starts with.
 constexpr std::size_t most_pending = 65'536;

@@ -132,7 +132,8 @@ class MORANDEL_EXPORT CExpress {
     // The name of a parameter without which the loaded formula, one of numbers alone, can only fail
     // and leaves nothing behind; empty where none is known. Part of the formula.
     [[nodiscard]] std::string_view missing_name() const { return m_MissingName; }
-    [[nodiscard]] bool has_parameter(std::string_view name) const { return m_Para.find(name) >= 0; }
+    [[nodiscard]] morandel::Parameters& parameters() { return m_Para; }
+    [[nodiscard]] const morandel::Parameters& parameters() const { return m_Para; }
 
     // The reading position as a number of tokens, and back to one.
     [[nodiscard]] std::size_t tell() const;

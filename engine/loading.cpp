@@ -32,7 +32,7 @@ void CExpress::drop_formula() {
     m_Tokens.clear();
     m_Loaded = Loaded::nothing;
     m_MissingName = {};
-    rewind();
+    m_Prog = &morandel::end_of_nothing;
 }
 
 void CExpress::forget_faults() {

@@ -1,13 +1,18 @@
 #include "engine/parameters.h"
 
+#include <algorithm>
+
 #include "engine/floating_point.h"
 
 namespace morandel {
 
 void Parameters::change_count(int count) {
-    if (count > static_cast<int>(m_slots.size())) {
+    const auto wanted = static_cast<std::size_t>(std::max(count, 0));
+    if (wanted > m_slots.size()) {
+        // Never moved, since programs point at the numbers; and where one is added at a time, made
+        // several at a time.
         m_slots.reserve(most);
-        m_slots.resize(static_cast<std::size_t>(count));
+        m_slots.resize(std::clamp(2 * m_slots.size(), wanted, std::size_t{most}));
     }
     m_count = count;
     ++m_generation;
@@ -33,7 +38,7 @@ void Parameters::set_text(std::size_t slot, const std::string& name, const std::
     declare(slot, name, true).text = text;
 }
 
-void Parameters::declare_number(std::size_t slot, const std::string& name, double number) {
+void Parameters::convert_number(std::size_t slot, const std::string& name, double number) {
     const DefaultFloatingPoint environment;
     Parameter& parameter = declare(slot, name, false);
     const double kept = through_decimals(number);

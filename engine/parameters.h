@@ -55,13 +55,10 @@ class Parameters {
 
     // Slots are below the count.
     void set_number(std::size_t slot, const std::string& name, double number) {
+        if (!is_plain(number) || m_beyond_range > 0) return convert_number(slot, name, number);
         Parameter& parameter = m_slots[slot];
-        if (is_plain(number) && m_beyond_range == 0 && !parameter.is_text &&
-            parameter.has_short_name(name)) {
-            parameter.number = number;
-        } else {
-            declare_number(slot, name, number);
-        }
+        const bool declared = !parameter.is_text && parameter.has_short_name(name);
+        (declared ? parameter : declare(slot, name, false)).number = number;
     }
     void set_text(std::size_t slot, const std::string& name, const std::string& text);
 
@@ -87,7 +84,7 @@ class Parameters {
     }
 
     void change_count(int count);
-    void declare_number(std::size_t slot, const std::string& name, double number);
+    void convert_number(std::size_t slot, const std::string& name, double number);
     Parameter& declare(std::size_t slot, const std::string& name, bool is_text);
     static constexpr std::size_t index_size = NameKey::hashes;
 

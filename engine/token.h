@@ -31,4 +31,7 @@ struct Token {
     [[nodiscard]] std::string_view text() const { return {text_begin, text_length}; }
 };
 
+// What there is to read where no formula is.
+inline constexpr Token end_of_nothing;
+
 }  // namespace morandel

@@ -20,9 +20,9 @@ namespace {
 
 // With what tests of the ways through it need.
 struct Evaluator : CExpress {
-    using CExpress::has_parameter;
     using CExpress::memory;
     using CExpress::missing_name;
+    using CExpress::parameters;
 
     Evaluator() {
         SetNumberOfPara(2);
@@ -136,7 +136,7 @@ class Judge {
             e.SetExpression(before);
             const auto changes = e.memory().changes;
             ASSERT_EQ(e.SetExpression(text.c_str()), 1) << text;
-            ASSERT_FALSE(e.has_parameter(e.missing_name())) << text;
+            ASSERT_LT(e.parameters().find(e.missing_name()), 0) << text;
             ASSERT_EQ(e.CalcExpression(), 0) << text;
             const auto after = e.memory();
             ASSERT_EQ(after.changes, changes) << text;

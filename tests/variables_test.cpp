@@ -198,6 +198,25 @@ TEST(List, CopiesLiveAndDieInAnyOrder) {
     }
 }
 
+TEST(List, CanBeFilledAgainOnceFreed) {
+    List list;
+    for (const int count : {3, 1000, 100, 0, 60, 61, 1}) {
+        for (int i = 0; i < count; ++i) {
+            list.Append(0, ("v" + std::to_string(i)).c_str(), 0.0, std::to_string(i).c_str());
+        }
+        list.DeleteOneNodeByName("v1");
+        list.Append(1, "v1", 7.0, "");
+        EXPECT_EQ(list.Cal(), 1);
+        for (int i = 0; i < count; ++i) {
+            const double wanted = i == 1 ? 7.0 : i;
+            ASSERT_EQ(list.FindByNameAndGetValue(("v" + std::to_string(i)).c_str()), wanted);
+        }
+        list.Free();
+        ASSERT_EQ(list.GetHead(), nullptr);
+        ASSERT_EQ(list.FindByName("v1"), nullptr);
+    }
+}
+
 TEST(List, AHundredThousandRecordsAreNoTrouble) {
     List list;
     for (int i = 0; i < 100'000; ++i) list.Append(1, ("v" + std::to_string(i)).c_str(), i, "");

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "engine/characters.h"
 #include "engine/express.h"
 #include "variables/record_store.h"
 #include "variables/variables.h"
@@ -24,7 +25,7 @@ class Calculation {
           m_attempts_left(bound(static_cast<std::int64_t>(records.size()))) {}
 
     bool run() {
-        register_all();
+        queue_all();
         while (!m_waiting.empty()) {
             const int settled = m_settled;
             const Evaluator::Memory memory = m_evaluator.memory();
@@ -40,10 +41,10 @@ class Calculation {
 
   private:
     struct Evaluator : CExpress {
-        using CExpress::has_parameter;
         using CExpress::Memory;
         using CExpress::memory;
         using CExpress::missing_name;
+        using CExpress::parameters;
     };
 
     struct Waiting {
@@ -55,19 +56,31 @@ class Calculation {
 
     static std::int64_t bound(std::int64_t count) { return count * (count + 1); }
 
-    // Every variable with its stored value, in list order: what a formula sees that is evaluated
-    // before anything is settled. Where names repeat, the first record stands for each of them.
-    void register_all() {
-        // Of more variables than there are parameters, formulas see none.
-        m_evaluator.SetNumberOfPara(static_cast<int>(
-            std::min<std::size_t>(m_records.size(), CExpress::max_parameters + 1)));
+    // All wait in list order. Where names repeat, the first record stands for each of them.
+    void queue_all() {
         m_waiting.reserve(m_records.size());
-        int slot = 0;
-        m_records.each_first_of_name([&](CVariableExpress& record) {
+        m_records.each_first_of_name([this](CVariableExpress& record) {
             m_waiting.push_back({&record, {}, {}});
             hand_on(record);
-            m_evaluator.SetPara(&m_parameter, ++slot, record.IsString());
         });
+    }
+
+    // Every variable with its stored value, in list order: what formulas see that are evaluated
+    // before anything is settled. Those without a name see nothing of it.
+    void show_stored_to(const std::string& formula) {
+        const auto begins_name = [](char c) { return is_any(c, name_start); };
+        if (m_settled > 0 || m_stored_shown || std::ranges::none_of(formula, begins_name)) return;
+        m_stored_shown = true;
+        set_count(m_records.size());
+        std::size_t slot = 0;
+        for (const Waiting& waiting : m_waiting) {
+            CVariableExpress& record = *waiting.record;
+            if (record.IsString()) {
+                set_text(slot++, record, RecordStore::text_of(record));
+            } else {
+                set_number(slot++, record, record.GetValue());
+            }
+        }
     }
 
     // One attempt at each that waits; those that fail go on waiting in the same order.
@@ -89,7 +102,7 @@ class Calculation {
     [[nodiscard]] bool would_fail_again(const Waiting& waiting) const {
         return !waiting.missing_name.empty() && parameters_only_grow() && m_attempts_left > 0 &&
                m_evaluator.memory() == waiting.memory &&
-               !m_evaluator.has_parameter(waiting.missing_name);
+               m_evaluator.parameters().find(waiting.missing_name) < 0;
     }
 
     // So they do from the first one settled on, while there is room for them.
@@ -102,10 +115,12 @@ class Calculation {
         CVariableExpress& record = *waiting.record;
         if (record.GetType() == CVariableExpress::given) {
             hand_on(record);
-            settle(record.IsString());
+            settle(record, record.IsString());
             return true;
         }
-        if (m_evaluator.SetExpression(RecordStore::formula_of(record).c_str()) == 0) return fail();
+        const std::string& formula = RecordStore::formula_of(record);
+        show_stored_to(formula);
+        if (m_evaluator.SetExpression(formula.c_str()) == 0) return fail();
         if (m_evaluator.CalcExpression() != 0) {
             store_result(record);
         } else if (parameters_only_grow()) {
@@ -115,37 +130,55 @@ class Calculation {
         return true;
     }
 
-    // Fills the one parameter that all share. Deliberate: what a variable does not have stays from
-    // the one before.
+    // Deliberate: what a variable does not have, the number or the text, stays from the one before.
     void hand_on(CVariableExpress& record) {
-        m_parameter.name = RecordStore::name_of(record);
         if (record.IsString()) {
-            m_parameter.strValue = record.GetStrValue();
+            m_text = RecordStore::text_of(record);
         } else {
-            m_parameter.value = record.GetValue();
+            m_number = record.GetValue();
         }
     }
 
     // From the first one settled on, formulas see those settled so far and no others.
-    void settle(bool is_string) {
-        m_evaluator.SetNumberOfPara(m_settled + 1);
-        ++m_settled;
-        m_evaluator.SetPara(&m_parameter, m_settled, is_string);
+    void settle(const CVariableExpress& record, bool is_string) {
+        const auto slot = static_cast<std::size_t>(m_settled++);
+        set_count(slot + 1);
+        if (is_string) {
+            set_text(slot, record, m_text);
+        } else {
+            set_number(slot, record, m_number);
+        }
+    }
+
+    // Of more variables than there are parameters, formulas see none.
+    void set_count(std::size_t count) {
+        const auto most = static_cast<std::size_t>(CExpress::max_parameters);
+        m_evaluator.parameters().set_count(count <= most ? static_cast<int>(count) : 0);
+    }
+    [[nodiscard]] bool is_counted(std::size_t slot) const {
+        return static_cast<int>(slot) < m_evaluator.parameters().count();
+    }
+    void set_number(std::size_t slot, const CVariableExpress& record, double number) {
+        if (!is_counted(slot)) return;
+        m_evaluator.parameters().set_number(slot, RecordStore::name_of(record), number);
+    }
+    void set_text(std::size_t slot, const CVariableExpress& record, const std::string& text) {
+        if (!is_counted(slot)) return;
+        m_evaluator.parameters().set_text(slot, RecordStore::name_of(record), text);
     }
 
     void store_result(CVariableExpress& record) {
         m_result_type = m_evaluator.GetResultType();
-        m_parameter.name = RecordStore::name_of(record);
         if (m_result_type == type_text) {
-            m_parameter.strValue = m_evaluator.m_StrResult;
-            record.SetStrValue(m_evaluator.m_StrResult);
+            m_text = m_evaluator.m_StrResult;
+            record.SetStrValue(m_text);
         } else {
-            m_parameter.value = m_evaluator.GetResult();
-            record.SetValue(m_parameter.value);
+            m_number = m_evaluator.GetResult();
+            record.SetValue(m_number);
         }
         // Deliberate: as a number even where the result is a text; later formulas see the number
         // that was handed on last.
-        settle(false);
+        settle(record, false);
     }
 
     bool fail() {
@@ -157,10 +190,12 @@ class Calculation {
     std::string& m_error;
     int& m_result_type;
     Evaluator m_evaluator;
-    MYPARA m_parameter;
+    double m_number = 0.0;  // handed on last
+    std::string m_text;
     std::int64_t m_attempts_left;  // before the one that is too many
     std::vector<Waiting> m_waiting;
     int m_settled = 0;
+    bool m_stored_shown = false;
 };
 
 }  // namespace morandel

@@ -10,8 +10,27 @@ namespace morandel {
 // Each chunk is twice as large as the one before, up to 512 nodes.
 void RecordStore::add_chunk() {
     const std::size_t size = std::size_t{4} << std::min<std::size_t>(m_chunks.size(), 7);
-    Node* const chunk = m_chunks.emplace_back(std::make_unique<Node[]>(size)).get();
-    for (std::size_t i = size; i-- > 0;) chunk[i].next = std::exchange(m_spare, &chunk[i]);
+    m_chunks.push_back({std::make_unique_for_overwrite<Node[]>(size), size});
+    chain(m_chunks.back());
+}
+
+void RecordStore::chain(const Chunk& chunk) {
+    for (std::size_t i = chunk.size; i-- > 0;) {
+        chunk.nodes[i].next = std::exchange(m_spare, &chunk.nodes[i]);
+    }
+}
+
+void RecordStore::clear() {
+    constexpr std::size_t chunks_kept = 4;
+    for (Node* node = m_first; node != nullptr; node = node->next) node->record.reset();
+    m_first = m_last = m_spare = nullptr;
+    m_size = 0;
+    m_indexed = false;
+    if (m_chunks.size() > chunks_kept) {
+        m_chunks.resize(chunks_kept);
+        m_buckets = {};
+    }
+    for (std::size_t i = m_chunks.size(); i-- > 0;) chain(m_chunks[i]);
 }
 
 // Puts the first spare node, which has its record, to the end of the list.

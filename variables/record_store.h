@@ -28,6 +28,8 @@ class RecordStore {
         take_in_spare();
     }
     bool remove_first(std::string_view name);
+    // Keeps room for as many records as most lists have.
+    void clear();
     // The first record of that name, or null.
     CVariableExpress* find(std::string_view name);
     // In list order, for each record the first one of its name.
@@ -39,26 +41,34 @@ class RecordStore {
         }
     }
 
-    // Without the copies that GetName and GetExp make.
+    // Without the copies that GetName, GetStrValue and GetExp make.
     static const std::string& name_of(const CVariableExpress& record) { return record.m_strName; }
+    static const std::string& text_of(const CVariableExpress& record) { return record.m_strValue; }
     static const std::string& formula_of(const CVariableExpress& record) { return record.m_strExp; }
 
     // Records tell when their names are set, so that the next search sees it.
     void names_changed() { m_indexed = false; }
 
   private:
+    // What a spare node holds but for the next one is not set.
     struct Node {
         std::optional<CVariableExpress> record;
-        Node* previous = nullptr;
-        Node* next = nullptr;
-        Node* next_of_name = nullptr;
+        Node* previous;
+        Node* next;
+        Node* next_of_name;
         // What the first record of a name has besides.
-        Node* last_of_name = nullptr;
-        Node* next_in_bucket = nullptr;
-        std::size_t hash = 0;
+        Node* last_of_name;
+        Node* next_in_bucket;
+        std::size_t hash;
+    };
+
+    struct Chunk {
+        std::unique_ptr<Node[]> nodes;
+        std::size_t size;
     };
 
     void add_chunk();
+    void chain(const Chunk& chunk);
     void take_in_spare();
     void unlink(const Node& node);
     Node* find_node(std::string_view name, std::size_t hash);
@@ -68,7 +78,7 @@ class RecordStore {
     Node*& bucket(std::size_t hash) { return m_buckets[hash % m_buckets.size()]; }
 
     // Nodes are made by the chunk. Those without a record are chained, to be used again.
-    std::vector<std::unique_ptr<Node[]>> m_chunks;
+    std::vector<Chunk> m_chunks;
     Node* m_spare = nullptr;
 
     Node* m_first = nullptr;

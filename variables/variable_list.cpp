@@ -49,7 +49,11 @@ int CVariableExpressList::AppendString(int type, const char* name, const char* s
 }
 
 int CVariableExpressList::Free() {
-    m_pRecords = std::make_shared<RecordStore>();
+    if (m_pRecords.use_count() == 1) {
+        m_pRecords->clear();
+    } else {
+        m_pRecords = std::make_shared<RecordStore>();
+    }
     return 1;
 }
 
