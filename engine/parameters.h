@@ -17,11 +17,12 @@
 namespace morandel {
 
 struct Parameter {
+    // What is needed again and again comes first, to lie together.
     std::string name;
-    NameKey key;  // of the name
     double number = 0.0;
-    std::string text;
     bool is_text = false;
+    NameKey key;  // of the name
+    std::string text;
 
     // Whether it is that name; of names as short as most are alone, without a call.
     [[nodiscard]] bool has_short_name(const std::string& wanted) const {
