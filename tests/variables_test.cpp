@@ -214,6 +214,9 @@ TEST(List, CanBeFilledAgainOnceFreed) {
         list.Free();
         ASSERT_EQ(list.GetHead(), nullptr);
         ASSERT_EQ(list.FindByName("v1"), nullptr);
+        List copy = list;
+        copy.Append(1, "of the copy", 1.0, "");
+        ASSERT_EQ(list.GetHead(), nullptr) << "empty lists share nothing";
     }
 }
 
