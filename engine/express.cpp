@@ -78,27 +78,19 @@ void CExpress::seek(std::size_t position) {
 
 // Reads the next token; at the end of the formula it stays there.
 void CExpress::get_token() {
+    // In the order of TokenClass; a name is a constant where it is a parameter.
+    static constexpr morandel::TokenType types[] = {
+        morandel::NONE,     morandel::DELIMITER, morandel::CONSTANT,
+        morandel::CONSTANT, morandel::CONSTANT,  morandel::VARIABLE,
+    };
     m_Token = m_Prog;
-    switch (m_Token->token_class) {
-        case TokenClass::end:
-            m_TokenType = morandel::NONE;
-            return;
-        case TokenClass::delimiter:
-            m_TokenType = morandel::DELIMITER;
-            break;
-        case TokenClass::number:
-            m_TokenType = morandel::CONSTANT;
-            m_IsNumber = true;
-            break;
-        case TokenClass::literal:
-        case TokenClass::constant:
-            m_TokenType = morandel::CONSTANT;
-            break;
-        case TokenClass::name:
-            m_TokenType = isConstVariable(*m_Token) ? morandel::CONSTANT : morandel::VARIABLE;
-            break;
+    const TokenClass token_class = m_Token->token_class;
+    m_TokenType = types[static_cast<std::size_t>(token_class)];
+    if (token_class == TokenClass::number) m_IsNumber = true;
+    if (token_class == TokenClass::name && isConstVariable(*m_Token)) {
+        m_TokenType = morandel::CONSTANT;
     }
-    ++m_Prog;
+    if (token_class != TokenClass::end) ++m_Prog;
 }
 
 // Whether a name is a parameter. It is looked up when it is read, and again only after names or
