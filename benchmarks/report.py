@@ -40,9 +40,9 @@ What is above its goal, and why:
 
 - **Repeated** compares calls that are not alike. fparser and muParser are handed an array of numbers for
   a function prepared before, LuaJIT a call of a compiled function. A host of Morandel binds each value
-  by its name (3 to 4 ns a name), loads the text, which is compared with the one that is loaded (3 to
-  20 ns), and asks for the result: in the pool about half of the time. The computation itself takes
-  about as long as fparser's; where it takes longer, fparser's optimiser has left less to compute.
+  by its name (4 to 5 ns a name), loads the text, which is compared with the one that is loaded (10 to
+  20 ns), and asks for the result: in the pool half of the time. The computation itself takes a third
+  longer than fparser's, whose optimiser has left less to compute.
 - **Powers** go through the C library's `pow`. Of `a^2` and `a^0.5`, which peers replace by products and
   roots, a product or root is taken where its rounding error shows that `pow` rounds the same way, for
   three numbers in four; `a*a` instead would differ in the last bit for 25,078 of 30,000,000 random
@@ -50,12 +50,6 @@ What is above its goal, and why:
   computed once for two places.
 - **The range**: every result is held to the range that the language states, and every error is found.
   No peer does either.
-- **Concatenation**: each further text is copied to where later calls may find it, and every second one
-  stays there, as the language has it. Formulas with texts are cut into tokens, checked and computed
-  in three passes, the grammar of which is not that of their evaluation.
-- **The batch** builds 50 records with an index by name, declares each as a parameter with its stored
-  value, as formulas may see that before the first is settled, and settles them in an order found on
-  the way. The peers are called in the right order.
 """
 
 
@@ -131,10 +125,14 @@ def measure_times(rounds, seconds):
 
 
 def measure_host():
-    lines = run(pinned() + [PROGRAMS / "bench_host"]).splitlines()
-    for threads in (1, 2):
-        lines += run([ROOT / "build/bench-threads/benchmarks/bench_host", "threads", threads]).splitlines()
-    return [line.split("\t") for line in lines]
+    rows = [line.split("\t") for line in run(pinned() + [PROGRAMS / "bench_host"]).splitlines()]
+    # By turns, since a busy machine is so for a while; the best of each.
+    runs = {threads: [] for threads in (1, 2)}
+    for _ in range(9):
+        for threads, found in runs.items():
+            line = run([ROOT / "build/bench-threads/benchmarks/bench_host", "threads", threads])
+            found.append(line.rstrip("\n").split("\t"))
+    return rows + [max(found, key=lambda row: float(row[1])) for found in runs.values()]
 
 
 def measure_each(rows):
