@@ -75,7 +75,7 @@ class Compiler {
                 continue;
             }
             if (is_any(*m_next, digit)) {
-                take_number();
+                if (!take_number()) return false;
             } else if (prefix == 0 || !is_any(*m_next, name_start)) {
                 return false;
             } else {
@@ -92,12 +92,13 @@ class Compiler {
         return row != nullptr && row->carrier == Carrier::numeric && row->first_type == type_number;
     }
 
-    void take_number() {
+    // One with hundreds of digits can lie beyond the range that programs take operands from.
+    bool take_number() {
         const char* begin = m_next;
         m_next = end_of_number(begin);
+        const double number = digits_to_number({begin, static_cast<std::size_t>(m_next - begin)});
         m_has_number = true;
-        take_operand(
-            m_program.keep(digits_to_number({begin, static_cast<std::size_t>(m_next - begin)})));
+        return in_range(number) && take_operand(m_program.keep(number));
     }
 
     // A named constant or a parameter, by what the name is as a word.

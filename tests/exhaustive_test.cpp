@@ -212,18 +212,21 @@ TEST(Exhaustive, LongFormulasOfNumbers) {
     const auto pick = [&](const auto& from) { return from[random() % std::size(from)]; };
     constexpr double numbers[] = {0.0,  1.0,  -1.0,    2.5,      1e-15,     9e-15,    1e-5, 45.0,
                                   90.0, 1e15, 1.6e308, 1.75e308, -1.75e308, HUGE_VAL, NAN,  -0.0};
-    constexpr const char* operands[] = {"a",
-                                        "b",
-                                        "rate",
-                                        "long",
-                                        "0",
-                                        "1",
-                                        "2.5",
-                                        "0.50",
-                                        "90",
-                                        "123456789012345678",
-                                        "0.1234567890123456789",
-                                        "pi"};
+    const std::string zeros(308, '0');
+    const std::string operands[] = {"a",
+                                    "b",
+                                    "rate",
+                                    "long",
+                                    "0",
+                                    "1",
+                                    "2.5",
+                                    "0.50",
+                                    "90",
+                                    "123456789012345678",
+                                    "0.1234567890123456789",
+                                    "1" + zeros,
+                                    "50" + zeros,
+                                    "pi"};
     constexpr const char* functions[] = {"",     "",    "",       "-",     "+",   "sqrt",
                                          "sin",  "tan", "ctan",   "ln",    "log", "int",
                                          "deci", "not", "arcsin", "arctan"};
