@@ -54,18 +54,6 @@ int CExpress::SetPara(MYPARA* para, int index, bool isString) {
     return 1;
 }
 
-int CExpress::SetExpression(const char* text) {
-    if (text == nullptr) {
-        m_ErrorMessage = morandel::null_formula_message;
-        m_ErrorNumber = -1;
-        return 0;
-    }
-    if (!is_loaded(text)) return load(text);
-    forget_faults();
-    load_again();
-    return 1;
-}
-
 std::size_t CExpress::tell() const {
     return m_Tokens.empty() ? 0 : static_cast<std::size_t>(m_Prog - m_Tokens.data());
 }

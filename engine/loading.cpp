@@ -10,6 +10,18 @@
 
 static_assert(morandel::Program::longest_formula == CExpress::max_formula);
 
+int CExpress::SetExpression(const char* text) {
+    if (text == nullptr) {
+        m_ErrorMessage = morandel::null_formula_message;
+        m_ErrorNumber = -1;
+        return 0;
+    }
+    if (!is_loaded(text)) return load(text);
+    forget_faults();
+    load_again();
+    return 1;
+}
+
 int CExpress::load(const char* text) {
     const morandel::DefaultFloatingPoint environment;
     const void* terminator = std::memchr(text, '\0', max_formula + 1);
