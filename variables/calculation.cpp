@@ -71,15 +71,14 @@ class Calculation {
         const auto begins_name = [](char c) { return is_any(c, name_start); };
         if (m_settled > 0 || m_stored_shown || std::ranges::none_of(formula, begins_name)) return;
         m_stored_shown = true;
-        set_count(m_records.size());
-        std::size_t slot = 0;
+        // Of more variables than there are parameters, formulas see none.
+        m_evaluator.SetNumberOfPara(static_cast<int>(
+            std::min<std::size_t>(m_records.size(), CExpress::max_parameters + 1)));
+        int slot = 0;
         for (const Waiting& waiting : m_waiting) {
             CVariableExpress& record = *waiting.record;
-            if (record.IsString()) {
-                set_text(slot++, record, RecordStore::text_of(record));
-            } else {
-                set_number(slot++, record, record.GetValue());
-            }
+            set_parameter(slot++, record, record.IsString(), record.GetValue(),
+                          RecordStore::text_of(record));
         }
     }
 
@@ -141,30 +140,22 @@ class Calculation {
 
     // From the first one settled on, formulas see those settled so far and no others.
     void settle(const CVariableExpress& record, bool is_string) {
-        const auto slot = static_cast<std::size_t>(m_settled++);
-        set_count(slot + 1);
-        if (is_string) {
-            set_text(slot, record, m_text);
-        } else {
-            set_number(slot, record, m_number);
-        }
+        const int slot = m_settled++;
+        m_evaluator.SetNumberOfPara(m_settled);
+        set_parameter(slot, record, is_string, m_number, m_text);
     }
 
-    // Of more variables than there are parameters, formulas see none.
-    void set_count(std::size_t count) {
-        const auto most = static_cast<std::size_t>(CExpress::max_parameters);
-        m_evaluator.parameters().set_count(count <= most ? static_cast<int>(count) : 0);
-    }
-    [[nodiscard]] bool is_counted(std::size_t slot) const {
-        return static_cast<int>(slot) < m_evaluator.parameters().count();
-    }
-    void set_number(std::size_t slot, const CVariableExpress& record, double number) {
-        if (!is_counted(slot)) return;
-        m_evaluator.parameters().set_number(slot, RecordStore::name_of(record), number);
-    }
-    void set_text(std::size_t slot, const CVariableExpress& record, const std::string& text) {
-        if (!is_counted(slot)) return;
-        m_evaluator.parameters().set_text(slot, RecordStore::name_of(record), text);
+    // As SetPara, without a host's record in between.
+    void set_parameter(int slot, const CVariableExpress& record, bool is_string, double number,
+                       const std::string& text) {
+        Parameters& parameters = m_evaluator.parameters();
+        if (slot >= parameters.count()) return;
+        const std::string& name = RecordStore::name_of(record);
+        if (is_string) {
+            parameters.set_text(static_cast<std::size_t>(slot), name, text);
+        } else {
+            parameters.set_number(static_cast<std::size_t>(slot), name, number);
+        }
     }
 
     void store_result(CVariableExpress& record) {
