@@ -138,7 +138,10 @@ class MORANDEL_EXPORT CExpress {
     // The reading position as a number of tokens, and back to one.
     [[nodiscard]] std::size_t tell() const;
     void seek(std::size_t position);
-    void rewind() { seek(0); }
+    void rewind() {
+        need_tokens();
+        m_Prog = m_Tokens.empty() ? &morandel::end_of_nothing : m_Tokens.data();
+    }
 
     const morandel::Token* m_Token;  // the current token
     const morandel::Token* m_Prog;   // the one to be read next

@@ -44,7 +44,7 @@ void CExpress::drop_formula() {
     m_Tokens.clear();
     m_Loaded = Loaded::nothing;
     m_MissingName = {};
-    m_Prog = &morandel::end_of_nothing;
+    rewind();
 }
 
 void CExpress::forget_faults() {
@@ -85,11 +85,11 @@ bool CExpress::load_program() {
 bool CExpress::load_tokens() {
     morandel::tokenize(m_Formula, m_Tokens);
     m_Loaded = Loaded::tokens;
-    m_Prog = m_Tokens.data();
+    rewind();
     if (!verify_plain() && VerifyExpression() == 0) return false;
-    m_Prog = m_Tokens.data();
+    rewind();
     list_variables();
-    m_Prog = m_Tokens.data();
+    rewind();
     return true;
 }
 
