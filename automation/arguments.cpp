@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "automation/code_page.h"
+#include "automation/conversion.h"
 
 namespace morandel::automation {
 namespace {
@@ -28,10 +29,6 @@ bool is_written(const VARIANT& output) {
         default:
             return V_BSTR(&output) != nullptr;
     }
-}
-
-bool is_left_out(const VARIANTARG& given) {
-    return V_VT(&given) == VT_ERROR && V_ERROR(&given) == DISP_E_PARAMNOTFOUND;
 }
 
 // A script's variable, handed on by reference, may be a reference to a variable in turn.
@@ -79,17 +76,12 @@ bool is_input(VARTYPE type) {
            type == VT_DISPATCH || type == VT_UNKNOWN;
 }
 
-// Numbers and texts change into each other the same way in every country.
-HRESULT change_type(VARIANT& to, VARIANTARG& from, VARTYPE type) {
-    return VariantChangeTypeEx(&to, &from, LOCALE_INVARIANT, 0, type);
-}
-
 // Into a variable of a stated type.
-HRESULT write_simple(VARIANTARG& variable, VARIANT& output) {
+HRESULT write_simple(VARIANTARG& variable, VARIANT& output, LCID locale) {
     const auto type = static_cast<VARTYPE>(V_VT(&variable) & ~VT_BYREF);
     VARIANT changed;
     VariantInit(&changed);
-    const HRESULT result = change_type(changed, output, type);
+    const HRESULT result = to_host(changed, output, type, locale);
     if (FAILED(result)) return result;
     if (type == VT_DECIMAL) {
         *V_DECIMALREF(&variable) = V_DECIMAL(&changed);
@@ -122,6 +114,12 @@ Arguments::~Arguments() {
     }
 }
 
+// As hosts tell of an argument between others that is none.
+bool Arguments::left_out(const Argument& argument) {
+    return argument.given == nullptr ||
+           (V_VT(argument.given) == VT_ERROR && V_ERROR(argument.given) == DISP_E_PARAMNOTFOUND);
+}
+
 // Which argument is for which parameter: the named ones come first, the others last to first.
 void Arguments::place(const DISPPARAMS& given) {
     const std::size_t count = m_method.parameters.size();
@@ -147,17 +145,24 @@ void Arguments::place(const DISPPARAMS& given) {
 void Arguments::take(const DISPPARAMS& given) {
     place(given);
     const std::size_t count = m_method.parameters.size();
+    std::size_t outputs = 0;
+    std::size_t outputs_left_out = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!m_method.parameters[i].is_output) continue;
+        ++outputs;
+        if (left_out(m_arguments[i])) ++outputs_left_out;
+    }
+    m_all_left_out = outputs > 1 && outputs_left_out == outputs;
     for (std::size_t i = 0; i < count; ++i) {
         Argument& argument = m_arguments[i];
         const auto [type, is_output] = m_method.parameters[i];
-        const bool left_out = argument.given == nullptr || is_left_out(*argument.given);
-        if (left_out && !(is_output && i + 1 == count)) {
+        if (left_out(argument) && !(is_output && (i + 1 == count || m_all_left_out))) {
             throw Failure{argument.given == nullptr && given.cNamedArgs == 0
                               ? DISP_E_BADPARAMCOUNT
                               : DISP_E_PARAMNOTOPTIONAL,
                           argument.place};
         }
-        if (left_out) argument.given = nullptr;
+        if (left_out(argument)) argument.given = nullptr;
         if (is_output) {
             prepare_output(argument, type);
         } else {
@@ -178,8 +183,7 @@ void Arguments::convert_input(Argument& argument, VARTYPE type) {
     const bool is_text = type == VT_LPSTR;
     VARIANT changed;
     VariantInit(&changed);
-    const HRESULT result =
-        change_type(changed, *given, is_text ? VARTYPE{VT_BSTR} : static_cast<VARTYPE>(type));
+    const HRESULT result = from_host(changed, *given, is_text ? VARTYPE{VT_BSTR} : type, m_locale);
     if (result == E_OUTOFMEMORY) throw std::bad_alloc();
     if (FAILED(result)) throw Failure{result, argument.place};
     if (!is_text) {
@@ -233,7 +237,33 @@ HRESULT Arguments::call(IUnknown* object) {
     return FAILED(result) ? result : V_ERROR(&returned);
 }
 
+// All outputs in order; what was not written is empty.
+HRESULT Arguments::make_array(VARIANT& array) {
+    std::array<VARIANT*, most> outputs{};
+    ULONG count = 0;
+    for (std::size_t i = 0; i < m_method.parameters.size(); ++i) {
+        if (m_method.parameters[i].is_output) outputs[count++] = &m_arguments[i].output;
+    }
+    V_ARRAY(&array) = SafeArrayCreateVector(VT_VARIANT, 0, count);
+    if (V_ARRAY(&array) == nullptr) return E_OUTOFMEMORY;
+    V_VT(&array) = VT_ARRAY | VT_VARIANT;
+    VARIANT* elements = nullptr;
+    HRESULT result = SafeArrayAccessData(V_ARRAY(&array), reinterpret_cast<void**>(&elements));
+    if (FAILED(result)) return result;
+    for (ULONG i = 0; i < count && SUCCEEDED(result); ++i) {
+        if (is_written(*outputs[i])) result = VariantCopy(&elements[i], outputs[i]);
+    }
+    SafeArrayUnaccessData(V_ARRAY(&array));
+    if (FAILED(result)) VariantClear(&array);
+    return result;
+}
+
 void Arguments::hand_back(VARIANT* result) {
+    if (m_all_left_out) {
+        const HRESULT made = result == nullptr ? S_OK : make_array(*result);
+        if (FAILED(made)) throw Failure{made, 0};
+        return;
+    }
     std::optional<Failure> failure;
     for (std::size_t i = 0; i < m_method.parameters.size(); ++i) {
         Argument& argument = m_arguments[i];
@@ -243,10 +273,11 @@ void Arguments::hand_back(VARIANT* result) {
             if (result != nullptr) written = write_any(*result, argument.output);
         } else if (V_VT(argument.given) == (VT_BYREF | VT_VARIANT)) {
             VARIANTARG* variable = variable_of(argument.given);
-            written = (V_VT(variable) & VT_BYREF) != 0 ? write_simple(*variable, argument.output)
-                                                       : write_any(*variable, argument.output);
+            written = (V_VT(variable) & VT_BYREF) != 0
+                          ? write_simple(*variable, argument.output, m_locale)
+                          : write_any(*variable, argument.output);
         } else if ((V_VT(argument.given) & VT_BYREF) != 0) {
-            written = write_simple(*argument.given, argument.output);
+            written = write_simple(*argument.given, argument.output, m_locale);
         }
         if (FAILED(written) && !failure) failure = Failure{written, argument.place};
     }

@@ -22,7 +22,7 @@ class Arguments {
         UINT argument;
     };
 
-    explicit Arguments(const Method& method) : m_method(method) {}
+    Arguments(const Method& method, LCID locale) : m_method(method), m_locale(locale) {}
     ~Arguments();
     Arguments(const Arguments&) = delete;
     Arguments& operator=(const Arguments&) = delete;
@@ -34,8 +34,9 @@ class Arguments {
     HRESULT call(IUnknown* object);
 
     // Writes the outputs into the caller's variables, and the last one, if it was left out, into
-    // result, which may be null. What the method left unwritten stays as it was. All that can be
-    // written is, then Failure is thrown for the first that could not.
+    // result, which may be null; where several were, and all of them, an array of all. What the
+    // method left unwritten stays as it was. All that can be written is, then Failure is thrown for
+    // the first that could not.
     void hand_back(VARIANT* result);
 
   private:
@@ -47,12 +48,16 @@ class Arguments {
         std::string bytes;            // what value points to, if that is a text
     };
 
+    static bool left_out(const Argument& argument);
     void place(const DISPPARAMS& given);
     void convert_input(Argument& argument, VARTYPE type);
     void prepare_output(Argument& argument, VARTYPE type);
+    HRESULT make_array(VARIANT& array);
 
     const Method& m_method;
+    const LCID m_locale;  // of the caller
     std::array<Argument, most> m_arguments;
+    bool m_all_left_out = false;  // of several outputs
 };
 
 }  // namespace morandel::automation

@@ -176,6 +176,8 @@ STDMETHODIMP CComExpress::GetStringValue(LPSTR szVarName, BSTR* szResult) {
 STDMETHODIMP CComExpress::ExpressionCheck(LPSTR lpExpression, int* pResult, int* Num) {
     return run([&] {
         m_check.Reset();
+        // Deliberate: for the evaluator that it makes, which empties the pending numbers.
+        m_varList.GetExpressionError(nullptr, nullptr);
         if (!m_check.CheckExpression(lpExpression)) {
             store(pResult, 1);
             return;

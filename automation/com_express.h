@@ -6,7 +6,7 @@
 #include <exception>
 #include <string>
 
-#include "morandel.h"
+#include <morandel.h>
 #include "morandel_com.h"
 
 namespace morandel::automation {
@@ -26,7 +26,8 @@ class CComExpress final : public IComExpress {
     STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** information) override;
     STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
                                DISPID* ids) override;
-    // Where a call leaves out the last parameter and that is an output, its value is the result.
+    // Where a call leaves out the last parameter and that is an output, its value is the result;
+    // where it leaves out several outputs, which must be all, an array of them in order is.
     // What a method throws comes out as DISP_E_EXCEPTION.
     STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
                         VARIANT* result, EXCEPINFO* exception, UINT* argument) override;
@@ -69,7 +70,7 @@ class CComExpress final : public IComExpress {
 
     template <class Body>
     HRESULT run(const Body& body);
-    void invoke(DISPID id, DISPPARAMS& parameters, VARIANT* result);
+    void invoke(DISPID id, LCID locale, DISPPARAMS& parameters, VARIANT* result);
 
     ULONG m_references = 1;
     int m_nLastError = 0;

@@ -81,21 +81,21 @@ STDMETHODIMP CComExpress::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count,
                    [&] { expect(type_information()->dispatch->GetIDsOfNames(names, count, ids)); });
 }
 
-STDMETHODIMP CComExpress::Invoke(DISPID id, REFIID iid, LCID /*locale*/, WORD flags,
+STDMETHODIMP CComExpress::Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
                                  DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                  UINT* argument) {
     if (!IsEqualIID(iid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
     if ((flags & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
     if (parameters == nullptr) return E_INVALIDARG;
     if (result != nullptr) VariantInit(result);
-    return guarded(exception, argument, [&] { invoke(id, *parameters, result); });
+    return guarded(exception, argument, [&] { invoke(id, locale, *parameters, result); });
 }
 
-void CComExpress::invoke(DISPID id, DISPPARAMS& parameters, VARIANT* result) {
+void CComExpress::invoke(DISPID id, LCID locale, DISPPARAMS& parameters, VARIANT* result) {
     const auto information = type_information();
     const Method* method = information->find(id);
     if (method == nullptr) throw ComError{DISP_E_MEMBERNOTFOUND};
-    Arguments arguments(*method);
+    Arguments arguments(*method, locale);
     arguments.take(parameters);
 
     m_invoking = true;

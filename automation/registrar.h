@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <windows.h>
+
 #include <unknwn.h>
 
 namespace morandel::automation {
@@ -28,5 +30,9 @@ constexpr CLSID registrar_class = {
     0x44EC053A, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
 constexpr IID registrar_interface = {
     0x44EC053B, 0x400F, 0x11D0, {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
+
+// Carries out a script, a resource of the module, or takes back what it wrote.
+enum class ScriptMode { write, remove };
+HRESULT run_script(UINT script, ScriptMode mode);
 
 }  // namespace morandel::automation

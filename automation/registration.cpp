@@ -5,134 +5,92 @@
 #include <oleauto.h>
 
 #include <new>
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include "automation/module.h"
 #include "automation/registrar.h"
+#include "automation/registry.h"
 #include "automation/type_information.h"
 #include "morandel_com.h"
 
 namespace morandel::automation {
 namespace {
 
-HRESULT last_error() {
-    return HRESULT_FROM_WIN32(GetLastError());
+std::wstring text_of(const GUID& id) {
+    wchar_t text[64];
+    StringFromGUID2(id, text, 64);
+    return text;
 }
 
-class Library {
+const std::wstring& class_key() {
+    static const std::wstring key = L"CLSID\\" + text_of(CLSID_ComExpress);
+    return key;
+}
+
+const std::wstring& interface_key() {
+    static const std::wstring key = L"Interface\\" + text_of(IID_IComExpress);
+    return key;
+}
+
+const std::wstring& library_key() {
+    static const std::wstring key = L"TypeLib\\" + text_of(LIBID_MORANDELLib);
+    return key;
+}
+
+constexpr const wchar_t* version = L"\\1.0";
+constexpr const wchar_t* own_platform = sizeof(void*) == 8 ? L"\\0\\win64" : L"\\0\\win32";
+constexpr const wchar_t* program_keys[] = {L"Morandel10.ComExpress", L"Morandel10.ComExpress.1"};
+// What calls cross apartments by: the marshaler that reads type libraries.
+constexpr const wchar_t* type_library_marshaler = L"{00020424-0000-0000-C000-000000000046}";
+
+// While it lives, the classes root of this process is another.
+class OtherClassesRoot {
   public:
-    explicit Library(const wchar_t* name)
-        : m_handle(LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) {
-        if (m_handle == nullptr) expect(last_error());
+    explicit OtherClassesRoot(const ClassesRoot& root) {
+        const std::wstring path = root.prefix.substr(0, root.prefix.size() - 1);
+        expect(m_classes.create(root.key, path, KEY_ALL_ACCESS));
+        expect(registry_result(RegOverridePredefKey(HKEY_CLASSES_ROOT, m_classes.get())));
     }
-    ~Library() { FreeLibrary(m_handle); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    template <class Function>
-    Function* find(const char* name) const {
-        const FARPROC found = GetProcAddress(m_handle, name);
-        if (found == nullptr) expect(last_error());
-        return reinterpret_cast<Function*>(reinterpret_cast<void*>(found));
-    }
-
-  private:
-    HMODULE m_handle;
-};
-
-class Key {
-  public:
-    Key(HKEY parent, const wchar_t* path, REGSAM rights) {
-        expect(HRESULT_FROM_WIN32(static_cast<unsigned long>(
-            RegCreateKeyExW(parent, path, 0, nullptr, 0, rights, nullptr, &m_handle, nullptr))));
-    }
-    ~Key() { RegCloseKey(m_handle); }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-    [[nodiscard]] HKEY get() const { return m_handle; }
-
-  private:
-    HKEY m_handle = nullptr;
-};
-
-// As long as it lives, the classes root is the user's own.
-class UserClasses {
-  public:
-    UserClasses() : m_classes(HKEY_CURRENT_USER, L"Software\\Classes", KEY_ALL_ACCESS) {
-        expect(HRESULT_FROM_WIN32(
-            static_cast<unsigned long>(RegOverridePredefKey(HKEY_CLASSES_ROOT, m_classes.get()))));
-    }
-    ~UserClasses() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
-    UserClasses(const UserClasses&) = delete;
-    UserClasses& operator=(const UserClasses&) = delete;
+    ~OtherClassesRoot() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
+    OtherClassesRoot(const OtherClassesRoot&) = delete;
+    OtherClassesRoot& operator=(const OtherClassesRoot&) = delete;
 
   private:
     Key m_classes;
 };
 
-// In a script, the quote that ends a text is written twice to stand for itself.
-std::wstring quoted(std::wstring_view text) {
-    std::wstring result;
-    for (const wchar_t c : text) result.append(c == L'\'' ? 2 : 1, c);
-    return result;
+ClassesRoot root_of(Scope scope) {
+    ClassesRoot user{HKEY_CURRENT_USER, L"Software\\Classes\\"};
+    if (scope == Scope::user) return user;
+    // HKEY_CLASSES_ROOT shows, and changes, what the user has before what the machine has. Where
+    // the user has nothing of this, it is the machine's, or what a host put in its place.
+    bool user_has_it = user.has(library_key(), View::own);
+    for (const View view : {View::own, View::other}) {
+        user_has_it = user_has_it || user.has(class_key(), view) || user.has(interface_key(), view);
+    }
+    for (const wchar_t* key : program_keys) user_has_it = user_has_it || user.has(key, View::own);
+    if (!user_has_it) return {HKEY_CLASSES_ROOT, L""};
+    return {HKEY_LOCAL_MACHINE, L"Software\\Classes\\"};
 }
 
-HRESULT run_script(const ClassEntry& entry, bool installing) {
-    const Library library(L"atl.dll");
-    Pointer<IClassFactory> factory;
-    expect(library.find<decltype(DllGetClassObject)>("DllGetClassObject")(
-        registrar_class, IID_IClassFactory, factory.fill_untyped()));
-    Pointer<Registrar> registrar;
-    expect(factory->CreateInstance(nullptr, registrar_interface, registrar.fill_untyped()));
-    const auto path = module_path();
-    expect(registrar->AddReplacement(L"MODULE", quoted(path.data()).c_str()));
-    return installing
-               ? registrar->ResourceRegister(path.data(), entry.registry_script, L"REGISTRY")
-               : registrar->ResourceUnregister(path.data(), entry.registry_script, L"REGISTRY");
-}
+class Server {
+  public:
+    explicit Server(Scope scope) : m_root(root_of(scope)) {
+        if (m_root.key != HKEY_CLASSES_ROOT) m_override.emplace(m_root);
+    }
 
-std::wstring key_of(const wchar_t* parent, const GUID& id) {
-    wchar_t text[64];
-    StringFromGUID2(id, text, 64);
-    return std::wstring(parent) + L'\\' + text;
-}
+    [[nodiscard]] HRESULT install() const;
+    HRESULT remove() const;
 
-// No failure where there is none.
-HRESULT remove_key(const std::wstring& path) {
-    const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, path.c_str());
-    if (status == ERROR_FILE_NOT_FOUND) return S_OK;
-    if (status != ERROR_SUCCESS) return HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
-    const LSTATUS left = RegDeleteKeyW(HKEY_CLASSES_ROOT, path.c_str());
-    return left == ERROR_SUCCESS || left == ERROR_FILE_NOT_FOUND
-               ? S_OK
-               : HRESULT_FROM_WIN32(static_cast<unsigned long>(left));
-}
+  private:
+    [[nodiscard]] HRESULT install_library() const;
+    template <class KeepFirst>
+    void remove_shared(const KeepFirst& keep_first) const;
 
-HRESULT register_library() {
-    auto path = module_path();
-    Pointer<ITypeLib> library;
-    const HRESULT result = LoadTypeLibEx(path.data(), REGKIND_NONE, library.fill());
-    if (FAILED(result)) return result;
-    const HRESULT registered = RegisterTypeLib(library.get(), path.data(), nullptr);
-    if (FAILED(registered)) return registered;
-    // Some platforms answer that all went well where the interface could not be written.
-    HKEY key = nullptr;
-    const LSTATUS status = RegOpenKeyExW(
-        HKEY_CLASSES_ROOT, key_of(L"Interface", IID_IComExpress).c_str(), 0, KEY_READ, &key);
-    if (status != ERROR_SUCCESS) return TYPE_E_REGISTRYACCESS;
-    RegCloseKey(key);
-    return S_OK;
-}
-
-constexpr HRESULT not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
-
-HRESULT unregister_library() {
-    const HRESULT result = UnRegisterTypeLib(LIBID_MORANDELLib, 1, 0, LOCALE_NEUTRAL,
-                                             sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
-    // What platforms answer for one that is not registered.
-    return result == TYPE_E_REGISTRYACCESS || result == E_INVALIDARG ? S_OK : result;
-}
+    ClassesRoot m_root;
+    std::optional<OtherClassesRoot> m_override;
+};
 
 template <class Body>
 HRESULT guarded(const Body& body) {
@@ -145,52 +103,90 @@ HRESULT guarded(const Body& body) {
     }
 }
 
-HRESULT install() {
+HRESULT Server::install() const {
     for (const ClassEntry& entry : this_module().classes()) {
-        const HRESULT result = guarded([&] { return run_script(entry, true); });
+        const HRESULT result =
+            guarded([&] { return run_script(entry.registry_script, ScriptMode::write); });
         if (FAILED(result)) return result;
     }
-    return guarded(register_library);
+    return guarded([&] { return install_library(); });
 }
 
-HRESULT remove() {
+// The platform's own function writes outside the user's branch where it should not.
+HRESULT Server::install_library() const {
+    const std::wstring path = module_path().data();
+    const std::wstring folder = path.substr(0, path.find_last_of(L'\\'));
+    Pointer<ITypeLib> library;
+    expect(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.fill()));
+    BSTR help = nullptr;
+    expect(library->GetDocumentation(-1, nullptr, &help, nullptr, nullptr));
+    const std::wstring title(help, SysStringLen(help));
+    SysFreeString(help);
+
+    const struct {
+        View view;
+        std::wstring key;
+        const wchar_t* name;
+        std::wstring value;
+    } values[] = {
+        {View::own, library_key() + version, nullptr, title},
+        {View::own, library_key() + version + L"\\FLAGS", nullptr, L"0"},
+        {View::own, library_key() + version + L"\\HELPDIR", nullptr, folder},
+        {View::own, library_key() + version + own_platform, nullptr, path},
+        {View::own, interface_key(), nullptr, L"IComExpress"},
+        {View::own, interface_key() + L"\\ProxyStubClsid32", nullptr, type_library_marshaler},
+        {View::own, interface_key() + L"\\TypeLib", nullptr, text_of(LIBID_MORANDELLib)},
+        {View::own, interface_key() + L"\\TypeLib", L"Version", L"1.0"},
+        {View::other, interface_key(), nullptr, L"IComExpress"},
+        {View::other, interface_key() + L"\\ProxyStubClsid32", nullptr, type_library_marshaler},
+        {View::other, interface_key() + L"\\TypeLib", nullptr, text_of(LIBID_MORANDELLib)},
+        {View::other, interface_key() + L"\\TypeLib", L"Version", L"1.0"},
+    };
+    for (const auto& [view, key, name, value] : values) {
+        expect(m_root.write(key, view, name, value));
+    }
+    return S_OK;
+}
+
+// What serves both kinds of library goes with the last of them, wherever their files are by now.
+template <class KeepFirst>
+void Server::remove_shared(const KeepFirst& keep_first) const {
+    for (const ClassEntry& entry : this_module().classes()) {
+        keep_first(guarded([&] { return run_script(entry.registry_script, ScriptMode::remove); }));
+    }
+    for (const wchar_t* key : program_keys) keep_first(m_root.remove(key, View::own));
+    for (const View view : {View::own, View::other}) {
+        keep_first(m_root.remove(interface_key(), view));
+    }
+    keep_first(m_root.remove(library_key() + version, View::own));
+    keep_first(m_root.remove_empty(library_key(), View::own));
+}
+
+HRESULT Server::remove() const {
     HRESULT first = S_OK;
     const auto keep_first = [&](HRESULT result) {
         // What is gone already is no failure.
-        if (SUCCEEDED(first) && result != not_found) first = result;
+        if (SUCCEEDED(first) && result != registry_result(ERROR_FILE_NOT_FOUND)) first = result;
     };
-    for (const ClassEntry& entry : this_module().classes()) {
-        keep_first(guarded([&] { return run_script(entry, false); }));
-        // Some registrars leave the keys of values behind.
-        keep_first(guarded([&] { return remove_key(key_of(L"CLSID", entry.id)); }));
-    }
-    keep_first(guarded(unregister_library));
-    // A library that was registered by half is none to the platform.
-    keep_first(guarded([] { return remove_key(key_of(L"Interface", IID_IComExpress)); }));
+    keep_first(m_root.remove(class_key(), View::own));
+    keep_first(m_root.remove(library_key() + version + own_platform, View::own));
+    if (!m_root.has(class_key() + L"\\InprocServer32", View::other)) remove_shared(keep_first);
     return first;
-}
-
-template <class Body>
-HRESULT in_scope(Scope scope, const Body& body) {
-    return guarded([&] {
-        if (scope == Scope::machine) return body();
-        const UserClasses classes;
-        return body();
-    });
 }
 
 }  // namespace
 
 HRESULT register_server(Scope scope) {
-    return in_scope(scope, [] {
-        const HRESULT result = install();
-        if (FAILED(result)) remove();
+    return guarded([&] {
+        const Server server(scope);
+        const HRESULT result = server.install();
+        if (FAILED(result)) server.remove();
         return result;
     });
 }
 
 HRESULT unregister_server(Scope scope) {
-    return in_scope(scope, remove);
+    return guarded([&] { return Server(scope).remove(); });
 }
 
 }  // namespace morandel::automation

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "benchmarks/columns.h"
 #include "benchmarks/workload.h"
 
 namespace bench {
@@ -23,6 +25,23 @@ class Contestant {
     // cheapest way the contestant has.
     virtual void prepare(const std::vector<Formula>& formulas) = 0;
     virtual double repeated(std::size_t index, const std::vector<double>& values) = 0;
+    // The same with values handed over as an array, where repeated() binds them by name.
+    [[nodiscard]] virtual bool has_prepared() const { return false; }
+    virtual double prepared(std::size_t, const std::vector<double>&) { return 0.0; }
+
+    [[nodiscard]] virtual bool has_columns() const { return false; }
+    // What computes a formula for all rows of columns, as often as it is called; columns and
+    // results outlive it. Empty where a contestant has no such thing.
+    using Work = std::function<void()>;
+    virtual Work columns(const ColumnFormula&, const std::vector<Numbers>&, double*) { return {}; }
+    virtual Work row_by_row(const ColumnFormula&, const std::vector<Numbers>&, double*) {
+        return {};
+    }
+    // The same for columns of texts. What was made is copied where that is asked for.
+    virtual Work text_columns(const TextFormula&, const std::vector<Texts>&, Texts*) { return {}; }
+    virtual Work text_row_by_row(const TextFormula&, const std::vector<Texts>&, Texts*) {
+        return {};
+    }
 
     // Texts, one-shot: s and t bound, text loaded, evaluated; the result is the length of a text,
     // or the number.

@@ -1,16 +1,21 @@
 // What only Morandel has, or has in a form that nothing compares with: "measure", tab, value, tab,
 // unit.
-//     host | host threads COUNT
+//     host | host threads COUNT | host columns COUNT
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include <malloc.h>
+
+#include <morandel.h>
+#include <morandel/formula.hpp>
+#include "benchmarks/columns.h"
 #include "benchmarks/workload.h"
-#include "morandel.h"
 
 namespace {
 
@@ -37,6 +42,13 @@ void print(const std::string& measure, double value, const char* unit) {
     std::printf("%s\t%.1f\t%s\n", measure.c_str(), value, unit);
 }
 
+std::size_t heap_of_an_evaluator() {
+    constexpr std::size_t count = 1000;
+    const std::size_t before = mallinfo2().uordblks;
+    std::vector<CExpress> evaluators(count);
+    return (mallinfo2().uordblks - before) / count - sizeof(CExpress);
+}
+
 void measure_evaluator() {
     print("an evaluator built and destroyed",
           nanoseconds(100'000,
@@ -45,7 +57,8 @@ void measure_evaluator() {
                           sink = e.m_Status;
                       }),
           "ns");
-    print("size of an evaluator", static_cast<double>(sizeof(CExpress)), "bytes");
+    print("size of an evaluator, what it holds included",
+          static_cast<double>(sizeof(CExpress) + heap_of_an_evaluator()), "bytes");
 
     // What is bound and not used costs nothing.
     for (const int count : {1, CExpress::max_parameters}) {
@@ -102,10 +115,24 @@ void measure_lists() {
     }
 }
 
-// Evaluations a second of so many threads, each with evaluators of its own.
-double throughput(unsigned count) {
+// Works a second of so many threads, each of which does as many.
+double throughput(unsigned count, std::size_t works, const std::function<void()>& work) {
+    work();
+    double most = 0.0;
+    for (int round = 0; round < 9; ++round) {
+        const auto start = Clock::now();
+        std::vector<std::thread> threads;
+        for (unsigned i = 0; i < count; ++i) threads.emplace_back(work);
+        for (std::thread& thread : threads) thread.join();
+        most = std::max(most, static_cast<double>(works * count) / seconds_since(start));
+    }
+    return most;
+}
+
+// Each thread with evaluators of its own.
+double evaluations(unsigned count) {
     constexpr std::size_t rounds = 20'000;
-    const auto work = [] {
+    return throughput(count, rounds, [] {
         double sum = 0.0;
         CExpress e;
         for (std::size_t round = 0; round < rounds; ++round) {
@@ -120,25 +147,51 @@ double throughput(unsigned count) {
             sum += e.GetResult();
         }
         sink = sum;
-    };
-    work();
-    double most = 0.0;
-    for (int round = 0; round < 9; ++round) {
-        const auto start = Clock::now();
-        std::vector<std::thread> threads;
-        for (unsigned i = 0; i < count; ++i) threads.emplace_back(work);
-        for (std::thread& thread : threads) thread.join();
-        most = std::max(most, rounds * count / seconds_since(start));
+    });
+}
+
+// Columns of + - * / that fit the second-level cache; the formulas are shared, the columns each
+// thread's own.
+double rows_by_columns(unsigned count) {
+    constexpr std::size_t rows = 10'000;
+    constexpr std::size_t rounds = 300;
+    std::vector<morandel::Formula> formulas;
+    for (const bench::ColumnFormula& formula : bench::column_formulas()) {
+        if (std::string(formula.group) != "columns-sums") continue;
+        formulas.emplace_back(formula.morandel,
+                              std::initializer_list<morandel::Name>{"a", "b", "c", "d"});
     }
-    return most;
+    const std::vector<bench::Numbers>& source = bench::columns_of(rows);
+    return throughput(count, rows * rounds * formulas.size(), [&] {
+        std::vector<std::vector<double>> own;
+        for (const bench::Numbers& numbers : source) {
+            own.emplace_back(numbers.data(), numbers.data() + rows);
+        }
+        std::vector<morandel_column> given;
+        for (const std::vector<double>& numbers : own) {
+            given.push_back(morandel::Column(numbers).column());
+        }
+        std::vector<double> results(rows);
+        std::vector<unsigned char> status(rows);
+        for (std::size_t round = 0; round < rounds; ++round) {
+            for (const morandel::Formula& formula : formulas) {
+                morandel_formula_columns(formula.handle(), given.data(), given.size(), rows,
+                                         results.data(), status.data(), nullptr);
+            }
+        }
+        sink = results[0];
+    });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 3 && std::string(argv[1]) == "threads") {
-        print("evaluations, threads: " + std::string(argv[2]),
-              throughput(static_cast<unsigned>(std::atoi(argv[2]))) / 1e6, "million a second");
+    const std::string what = argc == 3 ? argv[1] : "";
+    const auto count = static_cast<unsigned>(argc == 3 ? std::atoi(argv[2]) : 1);
+    if (what == "threads" || what == "columns") {
+        const bool by_rows = what == "columns";
+        print(std::string(by_rows ? "rows by columns" : "evaluations") + ", threads: " + argv[2],
+              (by_rows ? rows_by_columns(count) : evaluations(count)) / 1e6, "million a second");
         return 0;
     }
     measure_evaluator();

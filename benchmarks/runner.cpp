@@ -1,6 +1,7 @@
 // One contestant, all measures, a line each: "measure", tab, nanoseconds.
 //     runner values                   every value that is measured, for comparison
-//     runner time SECONDS             each measure for about so long
+//     runner time SECONDS [BEGIN]     each measure, or those that begin so, for about so long
+//     runner columns                  the formulas of columns, for contestants in Python
 //     runner list                     the measures' names
 //     runner count MEASURE ROUNDS     does it so often and prints how much work that was
 
@@ -9,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -22,6 +24,9 @@ using namespace bench;
 volatile double sink;
 
 constexpr unsigned rounds_of_values = 16;
+constexpr std::size_t checked_rows = 20'000;
+
+using Work = Contestant::Work;
 
 struct Measure {
     std::string name;
@@ -69,6 +74,11 @@ void add_numeric(std::vector<Measure>& all, Contestant& c) {
         add("new ", [&c, &formula, values](unsigned round) {
             sink = c.one_shot_new(formula, values[round % rounds_of_values]);
         });
+        if (c.has_prepared()) {
+            add("prepared ", [&c, i, values](unsigned round) {
+                sink = c.prepared(i, values[round % rounds_of_values]);
+            });
+        }
         add("repeated ", [&c, i, values](unsigned round) {
             sink = c.repeated(i, values[round % rounds_of_values]);
         });
@@ -92,6 +102,48 @@ void add_numeric(std::vector<Measure>& all, Contestant& c) {
                        }
                    },
                    works});
+    if (!c.has_prepared()) return;
+    all.push_back({"prepared pool",
+                   [&c, values](unsigned round) {
+                       for (const std::size_t i : random_order()) {
+                           sink =
+                               c.prepared(twelve().size() + i, values[i][round % rounds_of_values]);
+                       }
+                   },
+                   works});
+}
+
+void add_columns(std::vector<Measure>& all, Contestant& c) {
+    for (const std::size_t rows : column_sizes()) {
+        for (const ColumnFormula& formula : column_formulas()) {
+            // Made when it is first run, since measures are also listed and counted.
+            const auto work = std::make_shared<Work>();
+            const std::string size = std::to_string(rows);
+            all.push_back({std::string(formula.group) + ' ' + size + ' ' + formula.morandel,
+                           [&c, &formula, rows, work](unsigned) {
+                               if (!*work) {
+                                   const auto results = std::make_shared<Numbers>(rows);
+                                   *work =
+                                       [run = c.columns(formula, columns_of(rows), results->data()),
+                                        results] { run(); };
+                               }
+                               (*work)();
+                           },
+                           static_cast<unsigned>(rows)});
+        }
+    }
+    for (const TextFormula& formula : texts()) {
+        if (!formula.gives_text) continue;
+        const Work columns = c.text_columns(formula, columns_of_texts(), nullptr);
+        const Work rows = c.text_row_by_row(formula, columns_of_texts(), nullptr);
+        if (!columns) continue;
+        const auto add = [&](const char* group, const Work& work) {
+            all.push_back({std::string(group) + formula.label, [work](unsigned) { work(); },
+                           static_cast<unsigned>(text_rows)});
+        };
+        add("columns-texts ", columns);
+        add("rows-texts ", rows);
+    }
 }
 
 std::vector<Measure> measures(Contestant& c) {
@@ -105,6 +157,7 @@ std::vector<Measure> measures(Contestant& c) {
         }
     }
     all.push_back({"batch in order", [&c](unsigned) { sink = c.batch(batch()); }});
+    if (c.has_columns()) add_columns(all, c);
     if (c.has_backwards()) {
         all.push_back({"batch backwards", [&c](unsigned) { sink = c.batch_backwards(batch()); }});
     }
@@ -115,12 +168,14 @@ double nanoseconds(const Measure& measure, double seconds) {
     using Clock = std::chrono::steady_clock;
     unsigned round = 0;
     unsigned block = 1;
+    measure.run(round);
     while (true) {
         const auto start = Clock::now();
         for (unsigned i = 0; i < block; ++i) measure.run(++round);
         const double taken = std::chrono::duration<double>(Clock::now() - start).count();
         if (taken >= seconds) return taken * 1e9 / block / measure.works;
-        block *= taken < seconds / 10 ? 8 : 2;
+        const double whole = taken > 0.0 ? block * seconds / taken * 1.05 + 1.0 : 1e9;
+        block = taken < seconds / 50 ? block * 8 : static_cast<unsigned>(whole);
     }
 }
 
@@ -135,6 +190,9 @@ void print_values(Contestant& c) {
             std::printf("%s\t%.11g\n", text, c.one_shot(formula, values));
             std::printf("new %s\t%.11g\n", text, c.one_shot_new(formula, values));
             std::printf("repeated %s\t%.11g\n", text, c.repeated(i, values));
+            if (c.has_prepared()) {
+                std::printf("prepared %s\t%.11g\n", text, c.prepared(i, values));
+            }
         }
     }
     std::printf("batch\t%.11g\n", c.batch(batch()));
@@ -146,6 +204,48 @@ void print_values(Contestant& c) {
     }
 }
 
+void print_columns(Contestant& c) {
+    if (!c.has_columns()) return;
+    const std::vector<Numbers>& columns = columns_of(checked_rows);
+    const Numbers results(checked_rows);
+    for (const ColumnFormula& formula : column_formulas()) {
+        const auto print = [&](const char* how, const Work& work) {
+            if (!work) return;
+            work();
+            for (std::size_t row = 0; row < checked_rows; row += 7) {
+                std::printf("%s %s\t%.17g\n", how, formula.morandel.c_str(), results.data()[row]);
+            }
+        };
+        print("columns", c.columns(formula, columns, results.data()));
+        print("rows", c.row_by_row(formula, columns, results.data()));
+    }
+    for (const TextFormula& formula : texts()) {
+        Texts made;
+        const auto print = [&](const char* how, const Work& work) {
+            if (!work) return;
+            work();
+            std::string all = made.bytes;
+            for (const std::size_t offset : made.offsets) all += ' ' + std::to_string(offset);
+            std::printf("%s texts %s\t%zu\n", how, formula.label, std::hash<std::string>()(all));
+        };
+        if (!formula.gives_text) continue;
+        print("columns", c.text_columns(formula, columns_of_texts(), &made));
+        print("rows", c.text_row_by_row(formula, columns_of_texts(), &made));
+    }
+}
+
+// For contestants in other languages.
+void print_column_formulas() {
+    for (const std::size_t rows : column_sizes()) {
+        for (const ColumnFormula& formula : column_formulas()) {
+            std::printf("%s\t%zu\t%s\t%s\t", formula.group, rows, formula.morandel.c_str(),
+                        formula.python.c_str());
+            for (const std::string& name : formula.names) std::printf("%s ", name.c_str());
+            std::printf("\n");
+        }
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -153,11 +253,15 @@ int main(int argc, char** argv) {
     const std::string mode = argc > 1 ? argv[1] : "";
     if (mode == "values" && argc == 2) {
         print_values(c);
+        print_columns(c);
+    } else if (mode == "columns" && argc == 2) {
+        print_column_formulas();
     } else if (mode == "list" && argc == 2) {
         for (const Measure& measure : measures(c)) std::printf("%s\n", measure.name.c_str());
-    } else if (mode == "time" && argc == 3) {
+    } else if (mode == "time" && (argc == 3 || argc == 4)) {
         for (const Measure& measure : measures(c)) {
-            std::printf("%s\t%.2f\n", measure.name.c_str(),
+            if (argc == 4 && !measure.name.starts_with(argv[3])) continue;
+            std::printf("%s\t%.4f\n", measure.name.c_str(),
                         nanoseconds(measure, std::atof(argv[2])));
         }
     } else if (mode == "count" && argc == 4) {
@@ -169,8 +273,10 @@ int main(int argc, char** argv) {
             std::printf("%u\n", measure.works);
         }
     } else {
-        std::fprintf(stderr, "usage: %s values | list | time SECONDS | count MEASURE ROUNDS\n",
-                     argv[0]);
+        std::fprintf(
+            stderr,
+            "usage: %s values | columns | list | time SECONDS [BEGIN] | count MEASURE ROUNDS\n",
+            argv[0]);
         return 2;
     }
     return 0;

@@ -3,116 +3,42 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <stdexcept>
+#include <set>
 #include <string>
-#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "cli/commands.h"
-#include "cli/definitions.h"
+#include "cli/definition_file.h"
 #include "cli/encoding.h"
-#include "cli/lines.h"
+#include "cli/file_problem.h"
+#include "cli/input.h"
 #include "cli/output.h"
 #include "cli/system.h"
+#include "cli/values.h"
+#include "cli/warning_output.h"
 
 namespace morandel::cli {
 namespace {
 
-// Up to a "#" that begins a line or follows a blank, and does not stand in a text.
-std::string_view without_comment(std::string_view line) {
-    bool quoted = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '"') quoted = !quoted;
-        const bool after_blank = i == 0 || line[i - 1] == ' ' || line[i - 1] == '\t';
-        if (line[i] == '#' && !quoted && after_blank) return line.substr(0, i);
-    }
-    return line;
+Message name_of_source(const std::string& file) {
+    return file == "-" ? say("standard input") : Message{file, file};
 }
 
-class Reader {
-  public:
-    Reader(Definitions& definitions, std::string source)
-        : m_definitions(definitions), m_source(std::move(source)) {}
-
-    // False where a line is faulty; faulty lines are reported, up to a hundred. Throws
-    // std::runtime_error for input without an end.
-    bool read(std::istream& in) {
-        constexpr int most_problems = 100;
-        constexpr std::size_t longest_input = std::size_t{64} * 1024 * 1024;
-        std::string line;
-        std::size_t size = 0;
-        while (read_line(in, line)) {
-            size += line.size() + 1;
-            if (size > longest_input) throw std::runtime_error("more than 64 MiB of definitions");
-            if (m_problems >= most_problems) {
-                print_problem("so many lines are faulty that the rest is not read");
-                return false;
-            }
-            ++m_line;
-            try {
-                read_definition(line);
-            } catch (const EncodingError& problem) {
-                complain(problem.what());
-            }
-        }
-        if (in.bad()) complain("cannot be read");
-        return m_problems == 0;
-    }
-
-  private:
-    void read_definition(std::string_view line) {
-        if (line.size() > longest_line) return complain("the line is too long");
-        const std::string_view text = trim(without_comment(line));
-        if (text.empty()) return;
-        const std::size_t equals = text.find('=');
-        if (equals == std::string_view::npos)
-            return complain("expected name = value or name := formula");
-        Definition definition;
-        definition.line = m_line;
-        definition.is_computed = equals > 0 && text[equals - 1] == ':';
-        const std::string_view name =
-            trim(text.substr(0, equals - (definition.is_computed ? 1 : 0)));
-        const std::string_view value = trim(text.substr(equals + 1));
-        if (!is_plain_name(name)) return complain("no name to define: '" + std::string(name) + "'");
-        definition.name = to_gbk(name);
-        if (m_definitions.has(definition.name)) {
-            return complain(std::string(name) + " is defined already");
-        }
-        if (definition.is_computed) {
-            const Outcome loaded = m_evaluator.load(value);
-            if (!loaded.succeeded) return complain(failure_text(loaded));
-            definition.formula = value;
-        } else if (is_given_value(value)) {
-            definition.value = read_value(value);
-        } else {
-            return complain("expected a number or a \"text\" after =; a formula comes after :=");
-        }
-        m_definitions.set(std::move(definition));
-    }
-
-    void complain(const std::string& problem) {
-        ++m_problems;
-        print_problem(m_source + ":" + std::to_string(m_line) + ": " + problem);
-    }
-
-    Definitions& m_definitions;
-    std::string m_source;
-    Evaluator m_evaluator;
-    int m_line = 0;
-    int m_problems = 0;
-};
-
-bool read_file(const std::string& file, Definitions& definitions) {
-    if (file == "-") return Reader(definitions, "standard input").read(std::cin);
+bool read_file(const std::string& file, bool is_gbk, const Faults& faults,
+               Definitions& definitions) {
+    if (file == "-") return read_definitions(std::cin, definitions, faults, is_gbk);
     const std::filesystem::path path = to_path(file);
+    if (std::filesystem::is_directory(path)) throw Problem(cannot_read(file, EISDIR));
     std::ifstream in(path, std::ios::binary);
-    if (!in || std::filesystem::is_directory(path)) throw std::runtime_error("cannot read " + file);
-    return Reader(definitions, file).read(in);
+    if (!in) throw Problem(cannot_read(file));
+    return read_definitions(in, definitions, faults, is_gbk);
 }
 
 void override_values(const std::vector<Variable>& variables, Definitions& definitions) {
     for (const Variable& variable : variables) {
         if (!definitions.has(variable.name)) {
-            throw UsageError("no name '" + to_utf8(variable.name) + "' to override");
+            throw UsageError(say("no name '{0}' to override", to_utf8(variable.name)));
         }
         Definition definition;
         definition.name = variable.name;
@@ -121,38 +47,63 @@ void override_values(const std::vector<Variable>& variables, Definitions& defini
     }
 }
 
-// One value alone.
-int print_one(Definitions& definitions, const std::string& name, bool as_json) {
-    const std::string wanted = to_gbk(name);
-    for (std::size_t place = 0; place < definitions.size(); ++place) {
-        if (definitions[place].name == wanted)
-            return print_outcome(definitions.value(place), as_json);
+// The places of the names that are asked for, or of all.
+std::vector<std::size_t> wanted_places(const Definitions& definitions,
+                                       const std::vector<std::string>& names) {
+    std::vector<std::size_t> places;
+    for (std::size_t place = 0; names.empty() && place < definitions.size(); ++place) {
+        places.push_back(place);
     }
-    throw UsageError("no name '" + name + "' to get");
+    for (const std::string& name : names) {
+        const auto place = definitions.find(to_gbk(name));
+        if (!place) throw UsageError(say("no name '{0}' to get", name));
+        places.push_back(*place);
+    }
+    return places;
+}
+
+// Of all formulas, since each may be needed by another.
+bool warn(Definitions& definitions, const Message& source, const Style& style) {
+    bool all_well = true;
+    for (std::size_t place = 0; place < definitions.size(); ++place) {
+        const Definition& definition = definitions[place];
+        if (!definition.is_computed) continue;
+        const std::vector<Variable> values = definitions.values_for(definition.formula);
+        all_well = print_warnings(definition.formula, kinds_among(values), style,
+                                  say("{0}:{1}", source, definition.line)) &&
+                   all_well;
+    }
+    return all_well;
 }
 
 }  // namespace
 
 int calc_command(const Request& request) {
+    const Style style(request);
     Definitions definitions;
-    const std::string& file = request.operands.front();
-    if (!read_file(file, definitions)) return 1;
-    override_values(read_variables(request.operands), definitions);
-    if (!request.get.empty()) return print_one(definitions, request.get, request.json);
+    const auto [file, first_value] = input_of(request);
+    const Faults faults(name_of_source(file), request.json);
+    if (!read_file(file, request.encoding == "gbk", faults, definitions)) return 1;
+    override_values(read_variables(request.operands, first_value), definitions);
+    const std::vector<std::size_t> places = wanted_places(definitions, request.get);
 
-    // Nothing is printed unless all is well.
-    int status = 0;
-    for (std::size_t place = 0; place < definitions.size(); ++place) {
+    // Nothing is printed unless all is well, and what only hands a failure on is not told again.
+    std::set<int> told;
+    for (const std::size_t place : places) {
         const Outcome outcome = definitions.value(place);
-        if (outcome.succeeded) continue;
-        status = 1;
-        print_problem((file == "-" ? "standard input" : file) + ":" +
-                      std::to_string(definitions[place].line) + ": " + failure_text(outcome));
+        if (outcome.succeeded || !told.insert(outcome.line).second) continue;
+        faults.report(outcome, outcome.line, to_utf8(definitions[place].name));
     }
-    for (std::size_t place = 0; status == 0 && place < definitions.size(); ++place) {
-        print_definition(to_utf8(definitions[place].name), definitions.value(place), request.json);
+    if (!told.empty() || !warn(definitions, name_of_source(file), style)) return 1;
+    for (const std::size_t place : places) {
+        const Outcome outcome = definitions.value(place);
+        if (request.get.empty() || (request.json && places.size() > 1)) {
+            print_definition(to_utf8(definitions[place].name), outcome, style);
+        } else {
+            print_outcome(outcome, style);
+        }
     }
-    return status;
+    return 0;
 }
 
 }  // namespace morandel::cli

@@ -1,38 +1,72 @@
 #include "cli/check_output.h"
 
-#include "checker/rules.h"
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+
 #include "cli/encoding.h"
+#include "cli/evaluate.h"
 #include "cli/output.h"
+#include "cli/picture.h"
+#include "cli/syntax.h"
+#include "cli/tree.h"
+#include "cli/warning_output.h"
 
 namespace morandel::cli {
 namespace {
 
-// In words. The record's own type is not always what was wanted: strtrim of a number says 1.
-std::string fault_text(const CheckexpressionError& fault) {
-    if (fault.nType == 3) return fault.strName + ": too few arguments";
-    if (fault.nType == 4) return fault.strName + ": too many arguments";
-    const int wanted = expected_kind(fault.strName, fault.nIndex);
-    return fault.strName + ": operand " + std::to_string(fault.nIndex) + " must be a " +
-           (wanted == CExpressionCheck::kind_text ? "string" : "number");
-}
+// What the records call by other names.
+constexpr std::pair<std::string_view, std::string_view> record_names[] = {
+    {"Trim", "strtrim"}, {"strims", "strtrims"}, {"R2S", "r2s"}, {"S2R", "s2r"}};
 
-// Cells that a text takes on a terminal: Chinese characters and full-width forms take two.
-std::size_t cells_of(std::string_view utf8) {
-    std::size_t cells = 0;
-    for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte >= 0x80 && byte < 0xC0) continue;  // not the first byte of a character
-        // From U+3000 on, where UTF-8 begins with E3.
-        cells += byte >= 0xE3 ? 2 : 1;
+std::string own_name(const CheckexpressionError& fault) {
+    for (const auto& [record, own] : record_names) {
+        if (fault.strName == record) return std::string(own);
     }
-    return cells;
+    return fault.strName;
 }
 
-void print_fault(const CheckexpressionError& fault, const std::string& formula) {
-    const std::string before = to_gbk(formula).substr(0, static_cast<std::size_t>(fault.nPosition));
-    print_line(fault_text(fault));
-    print_line("    " + formula);
-    print_line(std::string(4 + cells_of(to_utf8(before)), ' ') + "^");
+// The record's own type is not always what was wanted: strtrim of a number says 1.
+bool wants_text(const std::string& name, std::size_t operand) {
+    if (name == "like" || name == "equal") return true;
+    const Function* function = find_function(name);
+    return function != nullptr && wanted_kind(*function, operand) == Kind::text;
+}
+
+Message fault_message(const CheckexpressionError& fault) {
+    const std::string name = own_name(fault);
+    if (fault.nType == 3) return say("{0}: too few arguments", name);
+    if (fault.nType == 4) return say("{0}: too many arguments", name);
+    const auto operand = static_cast<std::size_t>(std::max(fault.nIndex, 1));
+    return wrong_kind_message(name, operand, wants_text(name, operand - 1));
+}
+
+// The record's position is just past a function or a sign, and for an operator just past the token
+// after it. The picture shows the operand itself.
+Remark place_of(const CheckexpressionError& fault, const Tree& tree) {
+    const auto position = static_cast<std::size_t>(fault.nPosition);
+    const std::string name = own_name(fault);
+    for (const Node& node : tree.nodes) {
+        if (node.type != Node::Type::call && node.type != Node::Type::operation) continue;
+        const FormulaToken& token = tree.tokens[node.token];
+        const bool is_infix = node.type == Node::Type::operation && node.begin < token.position;
+        const std::size_t recorded = is_infix && node.token + 1 < tree.tokens.size()
+                                         ? tree.tokens[node.token + 1].end()
+                                         : token.end();
+        if (token.lower() != name || recorded != position) continue;
+        const auto operand = static_cast<std::size_t>(fault.nIndex) - 1;
+        const bool has_operand =
+            fault.nIndex > 0 && fault.nType < 3 && operand < node.children.size();
+        if (!has_operand) return {token.position, token.text.size(), {}};
+        const Node& child = tree.nodes[node.children[operand]];
+        return {child.begin, child.end - child.begin, {}};
+    }
+    return {position, 1, {}};
+}
+
+void print_fault(const Warning& fault, const std::string& formula) {
+    print_line(fault.message.shown());
+    print_line(painted_picture(picture(formula, fault.position, fault.length), stdout));
 }
 
 nlohmann::json fault_json(const CheckexpressionError& fault) {
@@ -44,29 +78,52 @@ nlohmann::json fault_json(const CheckexpressionError& fault) {
 
 }  // namespace
 
-int print_check(const std::string& formula, const std::vector<Variable>& variables, bool as_json) {
+int print_check(const std::string& formula, const std::vector<Variable>& variables,
+                const Style& style) {
     // What the library refuses is told as an evaluation tells it.
     Evaluator evaluator;
     evaluator.set_variables(variables);
     const Outcome loaded = evaluator.load(formula);
-    if (!loaded.succeeded) return print_outcome(loaded, as_json);
+    if (!loaded.succeeded) return print_outcome(loaded, style);
 
+    // To the checker a parameter that is a text has no kind, so it learns of numbers alone.
+    std::vector<Variable> numbers = variables;
+    std::erase_if(numbers, [](const Variable& v) { return kind_of(v.value) == Kind::text; });
     CExpressionCheck check;
-    declare(check, variables);
-    const bool faulty = check.CheckExpression(to_gbk(formula).c_str());
+    declare(check, numbers);
+    const std::string text = to_gbk(formula);
+    const bool faulty = check.CheckExpression(text.c_str());
+    const Tree tree = tree_of(text);
+    std::vector<Warning> told;
     for (const CheckexpressionError& fault : check.m_errors) {
-        if (as_json) {
+        const Remark place = place_of(fault, tree);
+        told.push_back({place.position, place.length, {}, fault_message(fault)});
+        if (style.json) {
             print_line(fault_json(fault));
         } else {
-            print_fault(fault, formula);
+            print_fault(told.back(), text);
         }
     }
-    if (!check.m_errors.empty()) return 1;
-    if (!faulty && check.GetStatu() == 1) return 0;
     // A fault of the text itself that leaves no record, such as what follows a factorial.
-    Outcome outcome = failed(to_utf8(check.m_ErrorMessage));
-    outcome.error = check.GetErrorNumber();
-    return print_outcome(outcome, as_json);
+    if (told.empty() && (faulty || check.GetStatu() != 1)) {
+        return print_outcome(evaluator.failure_of(check), style);
+    }
+    bool is_well = told.empty();
+    if (style.quiet) return is_well ? 0 : 1;
+    for (const Warning& warning : warnings_of(text, kinds_among(variables))) {
+        const auto is_same = [&](const Warning& other) {
+            return other.position == warning.position &&
+                   other.message.english == warning.message.english;
+        };
+        if (std::ranges::any_of(told, is_same)) continue;
+        is_well = false;
+        if (style.json) {
+            print_line(warning_json(warning, text));
+        } else {
+            print_fault(warning, text);
+        }
+    }
+    return is_well ? 0 : 1;
 }
 
 }  // namespace morandel::cli

@@ -5,12 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "cli/evaluate.h"
+#include "cli/output.h"
 
 namespace morandel::cli {
 
 // Prints each fault with the formula and a caret under it, or as JSON the records as they are; 0
 // for a formula without fault, else 1.
-int print_check(const std::string& formula, const std::vector<Variable>& variables, bool as_json);
+int print_check(const std::string& formula, const std::vector<Variable>& variables,
+                const Style& style);
 
 }  // namespace morandel::cli

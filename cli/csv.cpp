@@ -1,154 +1,137 @@
 #include "cli/csv.h"
 
-#include <stdexcept>
+#include <cstring>
+
+#include "cli/messages.h"
 
 namespace morandel::cli {
-namespace {
 
-// Takes the text byte by byte, in pieces of any size. A quote begins a quoted field only at the
-// field's start; a doubled quote in there stands for one, and what follows the closing quote
-// belongs to the field as if it had not closed.
-class Parser {
-  public:
-    explicit Parser(const std::function<bool(Row&, std::uint64_t)>& on_row) : m_on_row(on_row) {}
-
-    // False when on_row wants no more.
-    bool parse(std::string_view text, std::uint64_t read_so_far) {
-        for (const char c : text) {  // NOLINT(readability-use-anyofallof): it throws
-            if (!take(c, read_so_far)) return false;
-            if (++m_row_size > longest_row) {
-                throw std::runtime_error("a row is longer than 16 MiB; is a quote not closed?");
-            }
-        }
-        return true;
-    }
-
-    void finish(std::uint64_t read_so_far) {
-        if (m_state == State::quoted) {
-            throw std::runtime_error("the last row ends within quotes; is the file cut off?");
-        }
-        if (m_state != State::row_start) end_row(read_so_far);
-    }
-
-  private:
-    enum class State { row_start, field_start, plain, quoted, quote_in_quoted };
-
-    bool take(char c, std::uint64_t read_so_far) {
-        const bool rest_of_end = m_after_return && c == '\n';
-        m_after_return = false;
-        switch (m_state) {
-            case State::quoted:
-                if (c == '"') {
-                    m_state = State::quote_in_quoted;
-                } else {
-                    m_field += c;
-                }
-                return true;
-            case State::quote_in_quoted:
-                if (c == '"') {
-                    m_field += '"';
-                    m_state = State::quoted;
-                    return true;
-                }
-                break;
-            case State::row_start:
-                if (rest_of_end) return true;
-                [[fallthrough]];
-            case State::field_start:
-                if (c == '"') {
-                    m_state = State::quoted;
-                    return true;
-                }
-                break;
-            case State::plain:
-                break;
-        }
-        return take_outside_quotes(c, read_so_far);
-    }
-
-    bool take_outside_quotes(char c, std::uint64_t read_so_far) {
-        if (c == ',') {
-            end_field();
-            m_state = State::field_start;
-            return true;
-        }
-        if (c == '\n' || c == '\r') {
-            m_after_return = c == '\r';
-            return end_row(read_so_far);
-        }
-        if (m_state == State::quote_in_quoted) {
-            m_field += '"';
-            m_state = State::quoted;
-        } else {
-            m_state = State::plain;
-        }
-        m_field += c;
-        return true;
-    }
-
-    // The strings of a row are used again for the next one.
-    void end_field() {
-        if (m_fields == m_row.size()) m_row.emplace_back();
-        m_row[m_fields++].swap(m_field);
-        m_field.clear();
-    }
-
-    bool end_row(std::uint64_t read_so_far) {
-        const bool is_blank = m_state == State::row_start;
-        m_state = State::row_start;
-        m_row_size = 0;
-        if (is_blank && m_columns != 1) return true;
-        end_field();
-        m_row.resize(m_fields);
-        if (m_columns == 0) m_columns = m_fields;
-        m_fields = 0;
-        return m_on_row(m_row, read_so_far);
-    }
-
-    const std::function<bool(Row&, std::uint64_t)>& m_on_row;
-    State m_state = State::row_start;
-    Row m_row;
-    std::size_t m_fields = 0;  // of m_row, that are read
-    std::string m_field;
-    std::size_t m_columns = 0;  // of the first row
-    std::size_t m_row_size = 0;
-    bool m_after_return = false;  // a LF now belongs to the end of the row before
-};
-
-}  // namespace
-
-void read_csv(std::istream& in, const std::function<bool(Row&, std::uint64_t)>& on_row) {
-    Parser parser(on_row);
-    std::vector<char> room(std::size_t{64} * 1024);
-    std::uint64_t read_so_far = 0;
-    while (true) {
-        in.read(room.data(), static_cast<std::streamsize>(room.size()));
-        const auto size = static_cast<std::size_t>(in.gcount());
-        if (size == 0) break;
-        read_so_far += size;
-        if (!parser.parse({room.data(), size}, read_so_far)) return;
-    }
-    if (in.bad()) throw std::runtime_error("the file cannot be read to its end");
-    parser.finish(read_so_far);
+void Block::clear() {
+    bytes.clear();
+    fields.clear();
+    rows.clear();
+    unquoted.clear();
 }
 
-std::string csv_line(const Row& row) {
-    // A blank line would be no row.
-    if (row.size() == 1 && row[0].empty()) return "\"\"\n";
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-        const std::string& field = row[i];
-        if (i > 0) line += ',';
-        if (field.find_first_of(",\"\r\n") == std::string::npos) {
-            line += field;
+CsvParser::CsvParser(char delimiter, std::uint64_t first_row)
+    : m_delimiter(delimiter), m_row(first_row) {
+    // A zero byte stands behind the last one, so that no other test for the end is needed.
+    for (const char c : {delimiter, '\n', '\r', '\0'}) {
+        m_special[static_cast<unsigned char>(c)] = true;
+    }
+}
+
+std::size_t CsvParser::parse(Block& block, bool is_last) {
+    const char* const begin = block.bytes.data();
+    m_end = begin + block.bytes.size();
+    m_is_last = is_last;
+    const char* at = begin;
+    while (at != m_end) {
+        const bool is_blank = *at == '\n' || *at == '\r';
+        const char* next = parse_row(at, block);
+        if (next == nullptr) {
+            if (static_cast<std::size_t>(m_end - at) > longest_row) {
+                throw Problem(say("{0} is longer than 16 MiB; is a quote not closed?", row_name()));
+            }
+            if (is_last) throw Problem(say("{0}: a quote is not closed", row_name()));
+            break;
+        }
+        at = next;
+        if (is_blank && m_columns != 1) {
+            block.fields.resize(block.rows.back().first);
+            block.rows.pop_back();
             continue;
         }
-        line += '"';
-        for (const char c : field) line.append(c == '"' ? 2 : 1, c);
-        line += '"';
+        if (m_columns == 0) m_columns = block.rows.back().count;
+        ++m_row;
     }
-    line += '\n';
-    return line;
+    return static_cast<std::size_t>(at - begin);
+}
+
+Message CsvParser::row_name() const {
+    return m_row == 0 ? say("the header row") : say("row {0}", m_row);
+}
+
+const char* CsvParser::plain_end(const char* at) const {
+    while (true) {
+        while (!m_special[static_cast<unsigned char>(*at)]) ++at;
+        if (*at != '\0' || at == m_end) return at;
+        ++at;  // a zero byte of the file
+    }
+}
+
+bool CsvParser::ends_field(const char* at) const {
+    return at == m_end || *at == m_delimiter || *at == '\n' || *at == '\r';
+}
+
+// The row's end, or null where the row may go on behind the bytes.
+const char* CsvParser::parse_row(const char* at, Block& block) {
+    const char* const begin = at;
+    const std::size_t first = block.fields.size();
+    while (true) {
+        const char* const field = at;
+        std::string_view text;
+        if (at != m_end && *at == '"') {
+            at = parse_quoted(at + 1, block, text);
+        } else {
+            at = plain_end(at);
+            text = {field, static_cast<std::size_t>(at - field)};
+        }
+        if (at == nullptr || (at == m_end && !m_is_last)) break;
+        if (block.fields.size() - first == most_fields) {
+            throw Problem(
+                say("{0} has more than 100000 fields; is the delimiter right?", row_name()));
+        }
+        block.fields.push_back({text, {field, static_cast<std::size_t>(at - field)}});
+        if (at != m_end && *at == m_delimiter) {
+            ++at;
+            continue;
+        }
+        const char* end = at;
+        if (end != m_end && *end == '\r') {
+            ++end;
+            // A line feed may follow in what is read next.
+            if (end == m_end && !m_is_last) break;
+        }
+        if (end != m_end && *end == '\n') ++end;
+        block.rows.push_back({first,
+                              block.fields.size() - first,
+                              {begin, static_cast<std::size_t>(at - begin)},
+                              {at, static_cast<std::size_t>(end - at)}});
+        return end;
+    }
+    block.fields.resize(first);
+    return nullptr;
+}
+
+// From behind the opening quote to behind the field.
+const char* CsvParser::parse_quoted(const char* at, Block& block, std::string_view& text) {
+    const char* const begin = at;
+    std::string* unquoted = nullptr;
+    while (true) {
+        const auto* quote =
+            static_cast<const char*>(std::memchr(at, '"', static_cast<std::size_t>(m_end - at)));
+        if (quote == nullptr) return nullptr;
+        if (ends_field(quote + 1)) {
+            text = {begin, static_cast<std::size_t>(quote - begin)};
+            if (unquoted != nullptr) text = unquoted->append(at, quote);
+            return quote + 1;
+        }
+        if (unquoted == nullptr) unquoted = &block.unquoted.emplace_back();
+        unquoted->append(at, quote + 1);
+        at = quote + (quote[1] == '"' ? 2 : 1);
+    }
+}
+
+void append_field(std::string& line, std::string_view text, char delimiter) {
+    const char quoted[] = {delimiter, '"', '\r', '\n', '\0'};
+    if (text.find_first_of(quoted) == std::string_view::npos) {
+        line += text;
+        return;
+    }
+    line += '"';
+    for (const char c : text) line.append(c == '"' ? 2 : 1, c);
+    line += '"';
 }
 
 }  // namespace morandel::cli

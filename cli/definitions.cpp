@@ -4,34 +4,8 @@
 #include <utility>
 
 #include "cli/encoding.h"
-#include "engine/characters.h"
 
 namespace morandel::cli {
-namespace {
-
-Outcome outcome_of(const Given& value) {
-    Outcome outcome;
-    outcome.succeeded = true;
-    outcome.type = type_number;
-    if (const auto* text = std::get_if<std::string>(&value)) {
-        outcome.type = type_text;
-        outcome.text = to_utf8(*text);
-    } else {
-        outcome.number = std::get<double>(value);
-    }
-    return outcome;
-}
-
-}  // namespace
-
-bool is_plain_name(std::string_view name) {
-    const auto is_name_byte = [](char c) {
-        return static_cast<unsigned char>(c) >= 0x80 || c == '_' || is_any(c, digit) ||
-               (to_upper(c) >= 'A' && to_upper(c) <= 'Z');
-    };
-    return !name.empty() && !is_any(name.front(), digit) &&
-           std::ranges::all_of(name, is_name_byte) && find_word(name) == nullptr;
-}
 
 void Definitions::set(Definition definition) {
     const auto [place, added] = m_places.emplace(definition.name, m_items.size());
@@ -43,6 +17,32 @@ void Definitions::set(Definition definition) {
     if (!m_any_settled) return;
     for (Item& other : m_items) other.state = State::waiting;
     m_any_settled = false;
+}
+
+bool Definitions::unset(const std::string& name) {
+    const auto place = m_places.find(name);
+    if (place == m_places.end()) return false;
+    m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(place->second));
+    m_places.clear();
+    for (std::size_t i = 0; i < m_items.size(); ++i) {
+        m_places.emplace(m_items[i].definition.name, i);
+        m_items[i].state = State::waiting;
+    }
+    m_any_settled = false;
+    return true;
+}
+
+std::vector<Variable> Definitions::values_for(std::string_view formula) {
+    std::vector<std::string> names;
+    std::vector<Variable> values;
+    read_needs(formula, names);
+    for (const std::string& name : names) {
+        const auto place = m_places.find(name);
+        if (place == m_places.end()) continue;
+        const Outcome outcome = value(place->second);
+        if (outcome.succeeded) values.push_back({name, given_of(outcome)});
+    }
+    return values;
 }
 
 Outcome Definitions::value(std::size_t place) {
@@ -84,16 +84,35 @@ void Definitions::settle(std::size_t place) {
             item.outcome = item.definition.is_computed
                                ? compute(item.definition.formula, item.needs)
                                : outcome_of(item.definition.value);
+            if (item.outcome.line == 0) item.outcome.line = item.definition.line;
             item.state = State::settled;
         } else if (const std::size_t next = m_places.at(*need);
                    m_items[next].state == State::entered) {
-            item.outcome = failed(to_utf8(item.definition.name) + " depends on itself, by way of " +
-                                  to_utf8(*need));
+            item.outcome = cycle(path, next);
             item.state = State::settled;
         } else {
             path.push_back(next);
         }
     }
+}
+
+// The one that closes the cycle fails with it, and hands that on to the others.
+Outcome Definitions::cycle(const std::vector<std::size_t>& path, std::size_t again) const {
+    std::string names;
+    const auto first = std::ranges::find(path, again);
+    for (auto place = first; place != path.end(); ++place) {
+        names += to_utf8(m_items[*place].definition.name) + " -> ";
+    }
+    const std::string name = to_utf8(m_items[again].definition.name);
+    Outcome outcome = failed(say("{0} depends on itself: {1}", name, names + name));
+    outcome.line = m_items[again].definition.line;
+    return outcome;
+}
+
+std::vector<std::string> Definitions::all_names() const {
+    std::vector<std::string> names;
+    for (const Item& item : m_items) names.push_back(item.definition.name);
+    return names;
 }
 
 const std::string* Definitions::unsettled_need(const Item& item) const {
@@ -115,10 +134,17 @@ Outcome Definitions::compute(std::string_view formula, const std::vector<std::st
         variables.push_back({name, given_of(item.outcome)});
     }
     if (variables.size() > CExpress::max_parameters) {
-        return failed("the formula uses more than 50 names");
+        return failed(say("the formula uses {0} names; at most {1} can have values",
+                          variables.size(), CExpress::max_parameters));
     }
-    m_evaluator.set_variables(variables);
-    return m_evaluator.evaluate(formula);
+    m_evaluator.set_variables(std::move(variables));
+    Outcome outcome = m_evaluator.evaluate(formula);
+    if (outcome.succeeded) return outcome;
+    // Once more, now with all names to be suggested.
+    m_evaluator.set_known_names(all_names());
+    outcome = m_evaluator.evaluate(formula);
+    m_evaluator.set_known_names({});
+    return outcome;
 }
 
 }  // namespace morandel::cli

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -10,9 +11,6 @@
 #include "cli/evaluate.h"
 
 namespace morandel::cli {
-
-// Whether a value can be given to a name like this; formulas know more names.
-bool is_plain_name(std::string_view name);
 
 // A line "name = value" or "name := formula".
 struct Definition {
@@ -25,9 +23,16 @@ struct Definition {
 
 class Definitions {
   public:
+    // Forgets a name; false where there is none of it.
+    bool unset(const std::string& name);
     // Replaces a definition of the same name, in its place.
     void set(Definition definition);
     [[nodiscard]] bool has(const std::string& name) const { return m_places.contains(name); }
+
+    [[nodiscard]] std::optional<std::size_t> find(const std::string& name) const {
+        const auto place = m_places.find(name);
+        return place == m_places.end() ? std::nullopt : std::optional(place->second);
+    }
 
     [[nodiscard]] std::size_t size() const { return m_items.size(); }
     [[nodiscard]] const Definition& operator[](std::size_t place) const {
@@ -36,6 +41,8 @@ class Definitions {
 
     // The value of a name by its place, computed with all that it needs.
     Outcome value(std::size_t place);
+    // The given and computed values of the names that a formula uses; those that fail are left out.
+    std::vector<Variable> values_for(std::string_view formula);
     // The value of a formula over the names.
     Outcome evaluate(std::string_view formula);
 
@@ -53,6 +60,8 @@ class Definitions {
     void settle(std::size_t place);
     const std::string* unsettled_need(const Item& item) const;
     Outcome compute(std::string_view formula, const std::vector<std::string>& names);
+    [[nodiscard]] Outcome cycle(const std::vector<std::size_t>& path, std::size_t again) const;
+    [[nodiscard]] std::vector<std::string> all_names() const;
 
     std::vector<Item> m_items;
     std::unordered_map<std::string, std::size_t> m_places;

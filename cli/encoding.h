@@ -1,20 +1,26 @@
-// Between the terminal's UTF-8 and the library's code page 936, by the system's own converter.
+// Between the terminal's UTF-8 and the library's code page 936, by the library's converter.
 
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "cli/messages.h"
 
 namespace morandel::cli {
 
 // Says which character, or which byte, has no counterpart.
-class EncodingError : public std::runtime_error {
+class EncodingError : public Problem {
   public:
-    using std::runtime_error::runtime_error;
+    using Problem::Problem;
 };
+
+bool is_utf8(std::string_view text);
 
 std::string to_gbk(std::string_view utf8);
 std::string to_utf8(std::string_view gbk);
+
+// By its mark.
+bool begins_as_utf16(std::string_view bytes);
 
 }  // namespace morandel::cli

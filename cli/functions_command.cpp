@@ -1,60 +1,63 @@
 // morandel functions [NAME]: the library's own table.
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "cli/commands.h"
+#include "cli/encoding.h"
+#include "cli/evaluate.h"
+#include "cli/function_help.h"
+#include "cli/functions.h"
+#include "cli/help.h"
 #include "cli/output.h"
+#include "cli/picture.h"
+#include "cli/syntax.h"
 
 namespace morandel::cli {
 namespace {
 
-std::string call_text(const Function& function) {
-    return std::string(function.name) + "(" + std::string(function.arguments) + ")";
-}
-
 nlohmann::json function_json(const Function& function, const Outcome& example) {
-    return {{"name", function.name},
-            {"arguments", function.arguments},
-            {"summary", function.summary},
-            {"example", function.example},
-            {"result", outcome_json(example)}};
+    return {{"name", function.name},       {"arguments", function.arguments},
+            {"summary", function.summary}, {"summary_zh", chinese_summary(function)},
+            {"example", function.example}, {"result", outcome_json(example)}};
 }
 
 void list_functions(bool json) {
     std::size_t width = 0;
     for (const Function& function : functions()) {
-        width = std::max(width, call_text(function).size());
+        width = std::max(width, cells_of(call_text(function)));
     }
     for (const Function& function : functions()) {
         if (json) {
             print_line(function_json(function, Evaluator().evaluate(function.example)));
-            continue;
+        } else {
+            print_line(padded(call_text(function), width + 2) + summary_text(function));
         }
-        std::string call = call_text(function);
-        call.resize(width + 2, ' ');
-        print_line(call + std::string(function.summary));
     }
 }
 
 }  // namespace
 
-int functions_command(const Request& request) {
-    if (request.operands.empty()) {
-        list_functions(request.json);
-        return 0;
-    }
-    const std::string& name = request.operands.front();
+void print_function(const std::string& name, bool json) {
     const Function* function = find_function(name);
-    if (function == nullptr) throw UsageError("there is no function '" + name + "'");
+    if (function == nullptr) throw UsageError(no_such_function(to_gbk(name)));
     const Outcome example = Evaluator().evaluate(function->example);
-    if (request.json) {
+    if (json) {
         print_line(function_json(*function, example));
     } else {
         print_line(call_text(*function));
-        print_line("    " + std::string(function->summary));
+        print_line("    " + summary_text(*function));
         print_line("    " + std::string(function->example) + " = " + value_text(example));
     }
-    return example.succeeded ? 0 : 1;
+}
+
+int functions_command(const Request& request) {
+    if (request.operands.empty()) {
+        list_functions(request.json);
+    } else {
+        print_function(request.operands.front(), request.json);
+    }
+    return 0;
 }
 
 }  // namespace morandel::cli

@@ -4,9 +4,10 @@
 
 #include <cstddef>
 #include <istream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "cli/messages.h"
 
 namespace morandel::cli {
 
@@ -15,14 +16,14 @@ constexpr std::size_t longest_line = std::size_t{64} * 1024;
 constexpr std::size_t endless_line = std::size_t{64} * 1024 * 1024;
 
 // Reads the next line without its line end (LF or CR LF); false at the end of the input. Of a
-// longer line only the first longest_line + 1 bytes are kept. Throws std::runtime_error where a
+// longer line only the first longest_line + 1 bytes are kept. Throws Problem where a
 // line does not end, such as on /dev/zero.
 inline bool read_line(std::istream& in, std::string& line) {
     line.clear();
     std::streambuf* buffer = in.rdbuf();
     std::size_t size = 0;
     for (int c = buffer->sbumpc(); c != std::char_traits<char>::eof(); c = buffer->sbumpc()) {
-        if (++size > endless_line) throw std::runtime_error("a line does not end within 64 MiB");
+        if (++size > endless_line) throw Problem(say("a line does not end within 64 MiB"));
         if (c == '\n') break;
         if (line.size() <= longest_line) line += static_cast<char>(c);
     }

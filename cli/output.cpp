@@ -1,96 +1,134 @@
 #include "cli/output.h"
 
-#include <array>
-#include <charconv>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <stdexcept>
+#include <nlohmann/json.hpp>
+
+#include "cli/file_problem.h"
 
 namespace morandel::cli {
 
-std::string number_text(double number) {
-    const double size = std::abs(number);
-    const bool written_out = size == 0.0 || (size >= 1e-5 && size < 1e17);
-    std::array<char, 64> text{};
-    const auto written =
-        std::to_chars(text.data(), text.data() + text.size(), number,
-                      written_out ? std::chars_format::fixed : std::chars_format::general);
-    return {text.data(), written.ptr};
-}
-
 std::string type_name(int type) {
-    return type == type_integer ? "integer" : type == type_number ? "number" : "string";
+    return type == result_integer ? "integer" : type == result_number ? "number" : "string";
 }
 
-std::string value_text(const Outcome& outcome) {
-    return outcome.type == type_text ? outcome.text : number_text(outcome.number);
+std::string value_text(const Outcome& outcome, const NumberFormat& numbers) {
+    return outcome.type == result_text ? outcome.text : numbers.text(outcome.number);
 }
 
-std::string failure_text(const Outcome& outcome) {
-    if (outcome.error < 0) return outcome.message;
-    return outcome.message + " (error " + std::to_string(outcome.error) + ")";
+Message failure_message(const Outcome& outcome) {
+    if (outcome.error < 0 || !outcome.is_numbered) return outcome.message;
+    return say("{0} (error {1})", outcome.message, outcome.error);
 }
 
-nlohmann::json outcome_json(const Outcome& outcome) {
+nlohmann::json outcome_json(const Outcome& outcome, const NumberFormat& numbers) {
+    const std::string& own = outcome.library_message;
     nlohmann::json object{{"value", nullptr},
                           {"type", nullptr},
                           {"status", outcome.succeeded ? 1 : 0},
                           {"error", nullptr},
-                          {"message", outcome.message}};
+                          {"message", own.empty() ? outcome.message.chinese : own},
+                          {"message_en", outcome.message.english},
+                          {"position", nullptr}};
     if (outcome.error >= 0) object["error"] = outcome.error;
+    if (outcome.position >= 0) object["position"] = outcome.position;
     if (!outcome.succeeded) return object;
     object["type"] = type_name(outcome.type);
-    if (outcome.type == type_text) {
+    if (outcome.type == result_text) {
         object["value"] = outcome.text;
     } else if (std::isfinite(outcome.number)) {
-        object["value"] = outcome.number;
+        object["value"] = numbers.rounded(outcome.number);
     } else {
-        object["value"] = number_text(outcome.number);
+        object["value"] = numbers.text(outcome.number);
     }
     return object;
 }
 
-void print_line(const std::string& line) {
-    if (std::fwrite(line.data(), 1, line.size(), stdout) != line.size() ||
-        std::fputc('\n', stdout) == EOF) {
-        throw std::runtime_error("standard output cannot be written");
+void print_text(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
+        throw Problem(cannot_write_output());
     }
 }
 
-void print_line(const nlohmann::json& object) {
-    // A message may quote bytes that are no UTF-8.
-    print_line(object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+void print_line(const std::string& line) {
+    print_text(line + '\n');
 }
 
-void print_problem(const std::string& problem) {
+namespace {
+
+// A message may quote bytes that are no UTF-8.
+std::string dumped(const nlohmann::json& value) {
+    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+}  // namespace
+
+void print_line(const nlohmann::json& object) {
+    print_line(dumped(object));
+}
+
+void print_line(const nlohmann::json& object, const NumberFormat& numbers) {
+    if (!numbers.is_plain() || !object.at("value").is_number()) return print_line(object);
+    const NumberFormat plain({}, true);
+    std::string line;
+    for (const auto& [key, value] : object.items()) {
+        line += line.empty() ? '{' : ',';
+        line += dumped(key) + ':';
+        line += key == "value" ? plain.text(value.get<double>()) : dumped(value);
+    }
+    print_line(line + '}');
+}
+
+void print_problem(const Message& problem, const std::string& picture) {
+    print_note(Paint::problem, "morandel:", problem, picture);
+}
+
+// What a file holds must not steer a terminal.
+std::string without_control(std::string text) {
+    std::ranges::replace_if(
+        text,
+        [](char c) { return (static_cast<unsigned char>(c) < 0x20 && c != '\n') || c == '\x7F'; },
+        '?');
+    return text;
+}
+
+void print_note(Paint paint, std::string_view label, const Message& text,
+                const std::string& picture) {
     (void)std::fflush(stdout);  // so that a terminal or a log shows both in order
-    const std::string line = "morandel: " + problem + "\n";
-    (void)std::fwrite(line.data(), 1, line.size(), stderr);
+    std::string note = painted(paint, label, stderr) + ' ' + without_control(text.shown()) + '\n';
+    if (!picture.empty()) note += painted_picture(picture, stderr) + '\n';
+    (void)std::fwrite(note.data(), 1, note.size(), stderr);
     (void)std::fflush(stderr);  // some systems buffer it
 }
 
-bool print_definition(const std::string& name, const Outcome& outcome, bool as_json) {
-    if (as_json) {
-        nlohmann::json object = outcome_json(outcome);
+std::string painted_picture(const std::string& picture, std::FILE* stream) {
+    const std::size_t mark = picture.find_last_of(' ') + 1;
+    return picture.substr(0, mark) + painted(Paint::mark, picture.substr(mark), stream);
+}
+
+bool print_definition(const std::string& name, const Outcome& outcome, const Style& style) {
+    if (style.json) {
+        nlohmann::json object = outcome_json(outcome, style.numbers);
         object["name"] = name;
-        print_line(object);
+        print_line(object, style.numbers);
     } else if (!outcome.succeeded) {
-        print_problem(name + ": " + failure_text(outcome));
+        print_problem(say("{0}: {1}", name, failure_message(outcome)), outcome.picture);
     } else if (outcome.type == type_text) {
         print_line(name + " = \"" + outcome.text + "\"");
     } else {
-        print_line(name + " = " + number_text(outcome.number));
+        print_line(name + " = " + style.numbers.text(outcome.number));
     }
     return outcome.succeeded;
 }
 
-int print_outcome(const Outcome& outcome, bool as_json) {
-    if (as_json) {
-        print_line(outcome_json(outcome));
+int print_outcome(const Outcome& outcome, const Style& style) {
+    if (style.json) {
+        print_line(outcome_json(outcome, style.numbers), style.numbers);
     } else if (outcome.succeeded) {
-        print_line(value_text(outcome));
+        print_line(value_text(outcome, style.numbers));
     }
-    if (!outcome.succeeded && !as_json) print_problem(failure_text(outcome));
+    if (!outcome.succeeded && !style.json) print_problem(failure_message(outcome), outcome.picture);
     return outcome.succeeded ? 0 : 1;
 }
 

@@ -1,10 +1,14 @@
 // morandel without arguments: the prompt on a terminal, a formula a line from a pipe.
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
+#include "cli/color.h"
 #include "cli/commands.h"
+#include "cli/line_reader.h"
 #include "cli/lines.h"
 #include "cli/session.h"
 #include "cli/system.h"
@@ -12,10 +16,35 @@
 namespace morandel::cli {
 namespace {
 
-int run_on_terminal(Session& session) {
-    LineReader reader;
+// Where programs keep what they remember; empty where that cannot be made.
+std::filesystem::path history_file() {
+    if (const char* file = std::getenv("MORANDEL_HISTORY")) return to_path(file);
+    const char* state = std::getenv("XDG_STATE_HOME");
+    const char* home = std::getenv("HOME");
+    std::filesystem::path folder;
+    if (state != nullptr && *state != '\0') {
+        folder = to_path(state);
+    } else if (home != nullptr && *home != '\0') {
+        folder = to_path(home) / ".local" / "state";
+    } else {
+        return {};
+    }
+    folder /= "morandel";
+    std::error_code failure;
+    std::filesystem::create_directories(folder, failure);
+    return failure ? std::filesystem::path() : folder / "history";
+}
+
+int run_on_terminal(Session& session, bool quiet) {
+    if (!quiet) {
+        print_line(
+            say("Morandel {0}: type a formula; :help helps, :quit ends", MORANDEL_VERSION).shown());
+    }
+    LineReader reader([&session](std::string_view before,
+                                 std::string_view word) { return session.complete(before, word); },
+                      history_file());
     std::string line;
-    while (!session.ended() && reader.read(line)) {
+    while (!session.ended() && reader.read(">", line)) {
         session.run(line);
         std::fflush(stdout);
     }
@@ -34,8 +63,8 @@ int run_on_pipe(Session& session) {
 }  // namespace
 
 int prompt_command(const Request& request) {
-    Session session(request.json);
-    return is_input_terminal() ? run_on_terminal(session) : run_on_pipe(session);
+    Session session{Style(request)};
+    return is_input_terminal() ? run_on_terminal(session, request.quiet) : run_on_pipe(session);
 }
 
 }  // namespace morandel::cli

@@ -2,63 +2,54 @@
 
 #include <utility>
 
-#include "cli/check_output.h"
 #include "cli/encoding.h"
 #include "cli/lines.h"
-#include "cli/output.h"
+#include "cli/values.h"
+#include "cli/warning_output.h"
 
 namespace morandel::cli {
 namespace {
 
-constexpr std::string_view help =
-    "FORMULA         evaluates it:  preci(2.675, 2)\n"
-    "name = value    a number, a \"text\" or the value of a formula, for what follows\n"
-    "                (to compare, write the name in parentheses: (a) = 3)\n"
-    "name := formula computed anew whenever it is needed\n"
-    ":check FORMULA  lists its faults\n"
-    ":calc           computes all names and shows their values, as :vars does\n"
-    ":help           this\n"
-    ":quit           ends";
+constexpr std::string_view last_value = "ans";
 
 }  // namespace
 
 bool Session::run(std::string_view line) {
     try {
         return run_line(trim(line));
-    } catch (const EncodingError& problem) {
-        return fail(problem.what());
-    } catch (const UsageError& problem) {
-        return fail(problem.what());
+    } catch (const Problem& problem) {
+        return fail(problem.message());
     }
 }
 
 bool Session::run_line(std::string_view line) {
     if (line.empty()) return true;
-    if (line.size() > longest_line) return fail("the line is too long");
+    if (line.size() > longest_line) return fail(say("the line is too long"));
     if (line.starts_with(':')) return run_command(line.substr(1));
     if (const std::size_t equals = line.find('='); equals != std::string_view::npos) {
         const bool computed = equals > 0 && line[equals - 1] == ':';
         const std::string_view name = trim(line.substr(0, computed ? equals - 1 : equals));
         const std::string_view rest = trim(line.substr(equals + 1));
-        if (find_word(name) != nullptr) return fail(std::string(name) + " has a meaning already");
+        if (is_reserved(name)) return fail(say("{0} has a meaning already", name));
         if (computed) return define(name, rest);
         if (is_plain_name(name)) return assign(name, rest);
     }
-    return print_outcome(m_definitions.evaluate(line), m_json) == 0;
+    // Words that people try; a name of that kind stays a name.
+    const bool is_word = line == "quit" || line == "exit" || line == "help";
+    if (is_word && !m_definitions.has(std::string(line))) return run_command(line);
+    return evaluate(line);
 }
 
-bool Session::run_command(std::string_view command) {
-    constexpr std::string_view check_verb = "check ";
-    if (command.starts_with(check_verb)) return check(trim(command.substr(check_verb.size())));
-    if (command == "vars" || command == "calc") return list_variables();
-    if (command == "quit" || command == "q") {
-        m_ended = true;
-    } else if (command == "help") {
-        print_line(std::string(help));
-    } else {
-        return fail("no command ':" + std::string(command) + "'; :help lists them");
+bool Session::evaluate(std::string_view formula) {
+    const Outcome outcome = m_definitions.evaluate(formula);
+    if (!warn(formula)) return false;
+    if (outcome.succeeded) {
+        Definition last;
+        last.name = last_value;
+        last.value = given_of(outcome);
+        m_definitions.set(std::move(last));
     }
-    return true;
+    return print_outcome(outcome, m_style) == 0;
 }
 
 bool Session::assign(std::string_view name, std::string_view value) {
@@ -68,7 +59,8 @@ bool Session::assign(std::string_view name, std::string_view value) {
         definition.value = read_value(value);
     } else {
         const Outcome outcome = m_definitions.evaluate(value);
-        if (!outcome.succeeded) return print_outcome(outcome, m_json) == 0;
+        if (!warn(value)) return false;
+        if (!outcome.succeeded) return print_outcome(outcome, m_style) == 0;
         definition.value = given_of(outcome);
     }
     m_definitions.set(std::move(definition));
@@ -76,9 +68,10 @@ bool Session::assign(std::string_view name, std::string_view value) {
 }
 
 bool Session::define(std::string_view name, std::string_view formula) {
-    if (!is_plain_name(name)) return fail("no name to define: " + std::string(name));
+    if (!is_plain_name(name)) return fail(say("no name to define: '{0}'", name));
     const Outcome loaded = Evaluator().load(formula);
-    if (!loaded.succeeded) return print_outcome(loaded, m_json) == 0;
+    if (!loaded.succeeded) return print_outcome(loaded, m_style) == 0;
+    if (!warn(formula)) return false;
     Definition definition;
     definition.name = to_gbk(name);
     definition.formula = formula;
@@ -87,22 +80,15 @@ bool Session::define(std::string_view name, std::string_view formula) {
     return true;
 }
 
-bool Session::check(std::string_view formula) {
-    return print_check(std::string(formula), {}, m_json) == 0;
+// False where a warning is a failure. A formula that is refused has its own message.
+bool Session::warn(std::string_view formula) {
+    if (!Evaluator().load(formula).succeeded) return true;
+    const std::vector<Variable> values = m_definitions.values_for(formula);
+    return print_warnings(std::string(formula), kinds_among(values), m_style);
 }
 
-bool Session::fail(const std::string& problem) const {
-    return print_outcome(failed(problem), m_json) == 0;
-}
-
-bool Session::list_variables() {
-    bool all_well = true;
-    for (std::size_t place = 0; place < m_definitions.size(); ++place) {
-        all_well = print_definition(to_utf8(m_definitions[place].name), m_definitions.value(place),
-                                    m_json) &&
-                   all_well;
-    }
-    return all_well;
+bool Session::fail(const Message& problem) const {
+    return print_outcome(failed(problem), m_style) == 0;
 }
 
 }  // namespace morandel::cli

@@ -1,34 +1,37 @@
-// On Unix-like systems, with libedit.
+// On Unix-like systems.
 
-#include <editline/readline.h>
+#include <signal.h>
 #include <unistd.h>
 
-#include <clocale>
-#include <cstdio>
-#include <cstdlib>
+#include <array>
+#include <atomic>
+#include <cerrno>
 #include <cstring>
-#include <memory>
 
 #include "cli/system.h"
-#include "engine/functions.h"
 
 namespace morandel::cli {
 namespace {
 
-struct Free {
-    void operator()(char* text) const { std::free(text); }
-};
+// What the handler of signals reads: no more than functions that are safe in it.
+std::array<char, 4096> unfinished;
+std::atomic<bool> has_unfinished{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 
-// Gives libedit the functions that begin with a text, one a call; it frees them.
-char* complete_function(const char* beginning, int state) {
-    static std::size_t next = 0;
-    if (state == 0) next = 0;
-    const std::string_view wanted(beginning);
-    while (next < functions().size()) {
-        const Function& function = functions()[next++];
-        if (function.name.starts_with(wanted)) return strdup(std::string(function.name).c_str());
+// The signal's own action, which is restored, ends the process on return.
+extern "C" void remove_unfinished(int signal) {
+    if (has_unfinished) (void)unlink(unfinished.data());
+    (void)raise(signal);
+}
+
+void handle_signals() {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGXFSZ}) {
+        struct sigaction action {};
+        if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
+        action.sa_handler = remove_unfinished;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
+        (void)sigaction(signal, &action, nullptr);
     }
-    return nullptr;
 }
 
 }  // namespace
@@ -43,31 +46,41 @@ std::filesystem::path to_path(std::string_view name) {
     return name;
 }
 
+std::FILE* open_file(const std::filesystem::path& path, const char* mode) {
+    return std::fopen(path.c_str(), mode);
+}
+
+std::optional<std::size_t> read_some(std::FILE* file, char* bytes, std::size_t size) {
+    while (true) {
+        const ssize_t read = ::read(fileno(file), bytes, size);
+        if (read >= 0) return static_cast<std::size_t>(read);
+        if (errno != EINTR) return std::nullopt;
+    }
+}
+
+void remove_when_killed(const std::filesystem::path& path) {
+    has_unfinished = false;
+    const std::string& name = path.native();
+    if (name.empty() || name.size() >= unfinished.size()) return;
+    std::memcpy(unfinished.data(), name.c_str(), name.size() + 1);
+    has_unfinished = true;
+    handle_signals();
+}
+
 bool is_input_terminal() {
     return isatty(STDIN_FILENO) != 0;
+}
+
+bool is_output_terminal() {
+    return isatty(STDOUT_FILENO) != 0;
 }
 
 bool is_error_terminal() {
     return isatty(STDERR_FILENO) != 0;
 }
 
-LineReader::LineReader() {
-    std::setlocale(LC_CTYPE, "");  // for the widths of what is typed
-    static char name[] = "morandel";
-    rl_readline_name = name;
-    rl_completion_entry_function = complete_function;
-    rl_initialize();
-}
-
-bool LineReader::read(std::string& line) {
-    const std::unique_ptr<char, Free> typed(readline("> "));
-    if (typed == nullptr) {
-        std::puts("");
-        return false;
-    }
-    if (*typed != '\0') add_history(typed.get());
-    line = typed.get();
-    return true;
+bool is_system_chinese() {
+    return false;
 }
 
 }  // namespace morandel::cli

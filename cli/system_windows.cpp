@@ -1,4 +1,4 @@
-// On Windows, whose console edits lines and keeps their history itself.
+// On Windows.
 
 #include <windows.h>
 
@@ -6,7 +6,6 @@
 #include <io.h>
 #include <shellapi.h>
 
-#include <array>
 #include <cstdio>
 #include <memory>
 
@@ -59,35 +58,33 @@ std::filesystem::path to_path(std::string_view name) {
     return std::u8string(name.begin(), name.end());
 }
 
+std::FILE* open_file(const std::filesystem::path& path, const char* mode) {
+    const std::string_view narrow_mode(mode);
+    return _wfopen(path.c_str(), std::wstring(narrow_mode.begin(), narrow_mode.end()).c_str());
+}
+
+std::optional<std::size_t> read_some(std::FILE* file, char* bytes, std::size_t size) {
+    const int read = _read(_fileno(file), bytes, static_cast<unsigned>(size));
+    if (read < 0) return std::nullopt;
+    return static_cast<std::size_t>(read);
+}
+
+void remove_when_killed(const std::filesystem::path& /*path*/) {}
+
 bool is_input_terminal() {
     return is_console(STD_INPUT_HANDLE);
+}
+
+bool is_output_terminal() {
+    return is_console(STD_OUTPUT_HANDLE);
 }
 
 bool is_error_terminal() {
     return is_console(STD_ERROR_HANDLE);
 }
 
-LineReader::LineReader() = default;
-
-bool LineReader::read(std::string& line) {
-    std::fputs("> ", stdout);
-    std::fflush(stdout);
-    std::wstring typed;
-    std::array<wchar_t, 1024> room{};
-    while (!typed.ends_with(L'\n')) {
-        DWORD size = 0;
-        if (ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), room.data(),
-                         static_cast<DWORD>(room.size()), &size, nullptr) == 0 ||
-            size == 0) {
-            return false;
-        }
-        typed.append(room.data(), size);
-    }
-    constexpr wchar_t end_of_input = 26;  // Ctrl-Z
-    if (typed.front() == end_of_input) return false;
-    typed.erase(typed.find_last_not_of(L"\r\n") + 1);
-    line = narrow(typed);
-    return true;
+bool is_system_chinese() {
+    return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CHINESE;
 }
 
 }  // namespace morandel::cli

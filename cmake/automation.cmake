@@ -36,21 +36,25 @@ add_custom_command(OUTPUT ${generated}/morandel_com.h
   WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/automation DEPENDS ${description} VERBATIM)
 add_custom_target(morandel_com_header DEPENDS ${generated}/morandel_com.h)
 
+set(MORANDEL_MANIFEST ${generated}/Morandel10.manifest)
+configure_file(automation/Morandel10.manifest.in ${MORANDEL_MANIFEST} @ONLY)
 configure_file(automation/morandel.rc.in ${generated}/morandel.rc @ONLY)
-configure_file(automation/Morandel10.manifest.in ${generated}/Morandel10.manifest @ONLY)
 set_source_files_properties(${generated}/morandel.rc PROPERTIES OBJECT_DEPENDS
-  "${MORANDEL_TYPE_LIBRARY};${PROJECT_SOURCE_DIR}/automation/registry.rgs")
+  "${MORANDEL_TYPE_LIBRARY};${MORANDEL_MANIFEST};${PROJECT_SOURCE_DIR}/automation/registry.rgs;${PROJECT_SOURCE_DIR}/automation/morandel.ico")
 
 target_sources(morandel PRIVATE
   automation/arguments.cpp
   automation/class_factory.cpp
   automation/code_page.cpp
   automation/com_express.cpp
+  automation/conversion.cpp
   automation/dispatch.cpp
   automation/entry_points.cpp
   automation/identifiers.cpp
   automation/module.cpp
+  automation/registrar.cpp
   automation/registration.cpp
+  automation/registry.cpp
   automation/type_information.cpp
   automation/exports.def
   ${generated}/morandel_com.h
@@ -63,3 +67,13 @@ target_link_libraries(morandel PRIVATE ole32 oleaut32 advapi32 uuid)
 set_target_properties(morandel PROPERTIES PREFIX "" OUTPUT_NAME Morandel10)
 # The DLL needs nothing but what Windows has.
 target_link_options(morandel PRIVATE -static LINKER:--enable-stdcall-fixup ${MORANDEL_REPRODUCIBLE})
+if(MINGW AND bits EQUAL 32)
+  target_sources(morandel PRIVATE automation/frame_table.cpp automation/unwinding.cpp)
+  target_link_options(morandel PRIVATE LINKER:--wrap=_Unwind_RaiseException)
+endif()
+
+# For other compilers.
+add_custom_command(TARGET morandel POST_BUILD
+  COMMAND bash ${PROJECT_SOURCE_DIR}/scripts/import-library $<TARGET_LINKER_FILE:morandel>
+    $<TARGET_FILE_NAME:morandel> ${MORANDEL_TOOL_PREFIX} ${generated}/Morandel10
+  BYPRODUCTS ${generated}/Morandel10.def ${generated}/Morandel10.lib VERBATIM)

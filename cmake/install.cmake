@@ -10,10 +10,7 @@ if(MORANDEL_BUILD_COMMAND)
   install(TARGETS morandel_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
-foreach(header IN LISTS MORANDEL_HEADERS)
-  cmake_path(GET header PARENT_PATH folder)
-  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/morandel/${folder})
-endforeach()
+install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h" PATTERN "*.hpp")
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/morandel)
 install(EXPORT morandel NAMESPACE morandel:: FILE morandel-targets.cmake DESTINATION ${package_folder})
@@ -30,9 +27,26 @@ if(WIN32)
     DESTINATION ${CMAKE_INSTALL_BINDIR})
   install(FILES ${generated}/morandel_com.h automation/morandel.idl
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/morandel/automation)
-  install(DIRECTORY examples/ DESTINATION examples)
+  install(FILES ${generated}/Morandel10.def ${generated}/Morandel10.lib
+    DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(DIRECTORY examples/ DESTINATION examples PATTERN *.config EXCLUDE)
   return()
 endif()
+
+if(MORANDEL_BUILD_COMMAND)
+  install(FILES docs/man/morandel.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES docs/man/zh_CN/morandel.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/zh_CN/man1)
+  install(FILES completion/morandel.bash RENAME morandel
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES completion/morandel.zsh RENAME _morandel
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+  install(FILES completion/morandel.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+endif()
+
+install(FILES examples/prepared.c examples/prepared.cpp examples/prepared.pas examples/prepared.py
+    examples/Prepared.cs examples/Prepared.exe.config
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 file(RELATIVE_PATH pkgconfig_to_prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(cmake/morandel.pc.in morandel.pc @ONLY)

@@ -2,58 +2,77 @@
 
 #include <algorithm>
 
-#include "engine/floating_point.h"
+#include "base/floating_point.h"
 
 namespace morandel {
 
-void Parameters::change_count(int count) {
-    const auto wanted = static_cast<std::size_t>(std::max(count, 0));
-    if (wanted > m_slots.size()) {
-        // Never moved, since programs point at the numbers; and where one is added at a time, made
-        // several at a time.
-        m_slots.reserve(most);
-        m_slots.resize(std::clamp(2 * m_slots.size(), wanted, std::size_t{most}));
+// Where one is added at a time, several are.
+void Parameters::add_slots(std::size_t wanted) {
+    const std::size_t before = m_slots.size();
+    m_slots.resize(std::clamp(2 * before, wanted, std::size_t{most}));
+    for (std::size_t slot = before; slot < m_slots.size(); ++slot) {
+        m_registers.set(slot, {0.0, {}, type_number});
     }
-    m_count = count;
-    ++m_generation;
+    // Short texts have moved.
+    for (std::size_t slot = 0; slot < before; ++slot) {
+        if (is_text(slot)) m_registers.set(slot, {0.0, m_slots[slot].text, type_text});
+    }
 }
 
-Parameter& Parameters::declare(std::size_t slot, const std::string& name, bool is_text) {
+Parameter& Parameters::declare(std::size_t slot, const std::string& name, ResultType type) {
     Parameter& parameter = m_slots[slot];
-    const bool same_name = parameter.has_short_name(name) || parameter.name == name;
-    if (parameter.is_text != is_text || !same_name) {
-        if (static_cast<int>(slot) < m_indexed) {
-            m_indexed = 0;
-            m_index.fill(0);
-        }
-        parameter.name = name;
-        parameter.key = NameKey(name);
-        parameter.is_text = is_text;
-        ++m_generation;
+    const NameKey key(name);
+    if (m_registers.kind(slot) == type && parameter.has_name(name, key)) return parameter;
+    if (static_cast<int>(slot) < m_indexed) {
+        m_indexed = 0;
+        m_index.fill(0);
+    }
+    parameter.name = name;
+    parameter.key = key;
+    ++m_generation;
+    // A text has no number, and a number no text.
+    if (m_registers.kind(slot) != type) {
+        set_in_range(slot, 0.0);
+        m_registers.set(slot, {0.0, {}, type});
     }
     return parameter;
 }
 
 void Parameters::set_text(std::size_t slot, const std::string& name, const std::string& text) {
-    declare(slot, name, true).text = text;
+    Parameter& parameter = declare(slot, name, type_text);
+    parameter.text = text;
+    m_registers.set(slot, {0.0, parameter.text, type_text});
 }
 
 void Parameters::convert_number(std::size_t slot, const std::string& name, double number) {
     const DefaultFloatingPoint environment;
-    Parameter& parameter = declare(slot, name, false);
+    declare(slot, name, type_number);
     const double kept = through_decimals(number);
-    m_beyond_range += (in_range(kept) ? 0 : 1) - (in_range(parameter.number) ? 0 : 1);
-    parameter.number = kept;
+    set_in_range(slot, kept);
+    m_registers.numbers()[slot] = kept;
 }
 
-int Parameters::find(std::string_view name) const {
+// Keeps the count of numbers beyond the range while that of a slot is replaced.
+void Parameters::set_in_range(std::size_t slot, double number) {
+    m_beyond_range += (in_range(number) ? 0 : 1) - (in_range(m_registers.numbers()[slot]) ? 0 : 1);
+}
+
+int Parameters::find_counted(std::string_view name) const {
+    const NameKey key(name);
+    if (m_count > few) return find_indexed(name, key);
+    for (int slot = 0; slot < m_count; ++slot) {
+        if (m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) return slot;
+    }
+    return -1;
+}
+
+int Parameters::find_indexed(std::string_view name, const NameKey& key) const {
     static_assert(index_size > std::size_t{2} * most);
     for (; m_indexed < m_count; ++m_indexed) {
         std::size_t at = m_slots[static_cast<std::size_t>(m_indexed)].key.hash();
         while (m_index[at] != 0) at = (at + 1) % index_size;
         m_index[at] = static_cast<std::uint8_t>(m_indexed + 1);
     }
-    const NameKey key(name);
     for (std::size_t at = key.hash(); m_index[at] != 0; at = (at + 1) % index_size) {
         const int slot = m_index[at] - 1;
         if (slot < m_count && m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) {

@@ -3,28 +3,25 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "engine/name_key.h"
-#include "engine/numbers.h"
-#include "engine/value.h"
+#include "base/name_key.h"
+#include "base/numbers.h"
+#include "base/value.h"
+#include "engine/registers.h"
 
 namespace morandel {
 
 struct Parameter {
-    // What is needed again and again comes first, to lie together.
     std::string name;
-    double number = 0.0;
-    bool is_text = false;
     NameKey key;  // of the name
     std::string text;
 
-    // Whether it is that name; of names as short as most are alone, without a call.
+    // Whether it is that name, for names of up to 8 bytes, as most are: this calls nothing.
     [[nodiscard]] bool has_short_name(const std::string& wanted) const {
         const std::size_t size = name.size();
         if (size != wanted.size()) return false;
@@ -46,27 +43,37 @@ struct Parameter {
 
 class Parameters {
   public:
-    static constexpr int most = 50;
+    static constexpr int most = Registers::parameters;
+
+    // The values go to the first registers.
+    explicit Parameters(Registers& registers) : m_registers(registers) {}
 
     [[nodiscard]] int count() const { return m_count; }
     // Slots keep what they hold.
     void set_count(int count) {
-        if (count != m_count) change_count(count);
+        if (count == m_count) return;
+        if (count > static_cast<int>(m_slots.size())) add_slots(static_cast<std::size_t>(count));
+        m_count = count;
+        ++m_generation;
     }
 
     // Slots are below the count.
     void set_number(std::size_t slot, const std::string& name, double number) {
         if (!is_plain(number) || m_beyond_range > 0) return convert_number(slot, name, number);
-        Parameter& parameter = m_slots[slot];
-        const bool declared = !parameter.is_text && parameter.has_short_name(name);
-        (declared ? parameter : declare(slot, name, false)).number = number;
+        if (is_text(slot) || !m_slots[slot].has_short_name(name)) declare(slot, name, type_number);
+        m_registers.numbers()[slot] = number;
     }
     void set_text(std::size_t slot, const std::string& name, const std::string& text);
 
-    const Parameter& operator[](std::size_t slot) const { return m_slots[slot]; }
+    [[nodiscard]] bool is_text(std::size_t slot) const {
+        return m_registers.kind(slot) == type_text;
+    }
+    [[nodiscard]] const std::string& name(std::size_t slot) const { return m_slots[slot].name; }
 
     // The first of the counted slots that has that name, or -1.
-    [[nodiscard]] int find(std::string_view name) const;
+    [[nodiscard]] int find(std::string_view name) const {
+        return m_count > 0 ? find_counted(name) : -1;
+    }
 
     // Whether all numbers are in the range that is computed in, also those that do not count now.
     [[nodiscard]] bool all_in_range() const { return m_beyond_range == 0; }
@@ -75,20 +82,17 @@ class Parameters {
     [[nodiscard]] std::uint32_t generation() const { return m_generation; }
 
   private:
-    // Whether 20 decimals and the range leave it alone. Compared as bits, which cannot trap where a
-    // host has floating-point exceptions on.
-    static bool is_plain(double number) {
-        const std::uint64_t size = std::bit_cast<std::uint64_t>(number) << 1 >> 1;
-        return (size >= std::bit_cast<std::uint64_t>(kept_by_20_decimals) &&
-                size <= std::bit_cast<std::uint64_t>(range_bound)) ||
-               size == 0;
-    }
-
-    void change_count(int count);
+    void add_slots(std::size_t wanted);
     void convert_number(std::size_t slot, const std::string& name, double number);
-    Parameter& declare(std::size_t slot, const std::string& name, bool is_text);
+    void set_in_range(std::size_t slot, double number);
+    Parameter& declare(std::size_t slot, const std::string& name, ResultType type);
+    [[nodiscard]] int find_counted(std::string_view name) const;
+    [[nodiscard]] int find_indexed(std::string_view name, const NameKey& key) const;
+
+    static constexpr int few = 6;  // up to so many, names are compared one after the other
     static constexpr std::size_t index_size = NameKey::hashes;
 
+    Registers& m_registers;
     int m_count = 0;
     int m_beyond_range = 0;
     std::uint32_t m_generation = 1;

@@ -1,85 +1,60 @@
-// A formula over numbers alone, made ready to be computed again and again: steps in a row, each of
-// which leaves its result where later ones find it.
+// A formula made ready: a straight line of steps that a machine carries out. What is to be done
+// depends on the tokens and on what each name is, and never on values, so there is nothing to jump
+// over. Errors do not end it.
 
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
-#include "engine/value.h"
+#include "base/value.h"
+#include "engine/registers.h"
 
 namespace morandel {
 
-// What a step does with its operands. After its own operand comes the form for a left side, or an
-// only one, that the step before has just computed and that need not be fetched.
-enum class Operation : std::uint8_t {
-    add,
-    add_to_last,
-    subtract,
-    subtract_from_last,
-    multiply,
-    multiply_last,
-    divide,
-    divide_last,
-    power,
-    power_of_last,
-    relation,  // by code, as are functions
-    relation_of_last,
-    function,
-    function_of_last,
-    // The product of both operands, to what the step before it has computed.
-    add_product_to_last,
-    subtract_product_from_last,
+enum class StepKind : std::uint8_t {
+    unary,           // a sign or a function of one number
+    StringFunction,  // a call that reads its further arguments
+    atith,           // an operator of sums, products, powers, or "!"
+    MUL_Atith,       // a relation
+    first_argument,  // keeps the first argument of strcat
+    further_argument,
+    serror,  // a fault of the formula itself
 };
 
-class Program {
-  public:
-    static constexpr std::size_t longest_formula = 512;  // no step or number without a byte
+struct Step {
+    StepKind kind;
+    char code;       // of the operator or function; of a further argument, its place
+    Register left;   // the only operand, or the number of the fault
+    Register right;  // of calls and further arguments: which arguments they read or write
+    Register result;
+};
 
-    void clear() { m_steps = m_numbers = 0; }
+// Nobody reads the further arguments of such a call.
+inline constexpr std::uint16_t no_set = 0xFFFF;
 
-    // Keeps a number of the formula.
-    const double* keep(double number) {
-        m_number[m_numbers] = number;
-        return &m_number[m_numbers++];
+struct Program {
+    std::vector<Step> steps;
+    Register result = Registers::nothing;
+    // Further arguments that calls read, one set a call that has any. Set 0 is of those without.
+    std::uint16_t argument_sets = 1;
+
+    // Whether numbers are all that it reads and gives, and pending values nothing to it.
+    bool is_numeric = true;
+    ResultType type = type_integer;  // of the result, where it is numeric
+
+    bool touches_pending = false;  // reads or leaves values of further arguments
+    std::string_view lacks;        // the first name without a value, in the formula
+
+    void clear() {
+        steps.clear();
+        result = Registers::nothing;
+        argument_sets = 1;
+        is_numeric = true;
+        touches_pending = false;
+        lacks = {};
     }
-    // Appends a step, by the form that fetches both sides; a function has no right one. Tells where
-    // its result will be.
-    const double* append(Operation operation, char code, const double* left, const double* right);
-    // Ends the program with the operand that is its result.
-    void finish(const double* operand, ResultType type) {
-        m_answer = operand;
-        m_type = type;
-    }
-
-    [[nodiscard]] ResultType type() const { return m_type; }
-
-    // Computes, from operands that all are in range. False where a step meets an error or leaves
-    // the range: the evaluation by levels tells what comes of it.
-    bool run(double& result);
-
-  private:
-    struct Step {
-        Operation operation;
-        char code;
-        const double* left;
-        const double* right;
-    };
-
-    // The result of the step that many steps before the next one.
-    [[nodiscard]] bool is_result(const double* operand, std::size_t back) const {
-        return m_steps >= back && operand == &m_result[m_steps - back];
-    }
-    bool join_product(Operation operation, const double* left, const double* right);
-
-    std::size_t m_steps = 0;
-    std::size_t m_numbers = 0;
-    const double* m_answer = nullptr;
-    ResultType m_type = type_number;
-    std::array<Step, longest_formula> m_step;
-    std::array<double, longest_formula> m_result;
-    std::array<double, longest_formula> m_number;
 };
 
 }  // namespace morandel

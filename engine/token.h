@@ -1,34 +1,42 @@
-// A token of a formula: one small value, made once when the formula is loaded.
+// A token of a formula: one small value.
 
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
+#include "language/words.h"
+
 namespace morandel {
 
-// Kinds of the current token, as get_token leaves them in m_TokenType.
 enum TokenType : std::int8_t { NONE = 0, DELIMITER = 1, VARIABLE = 2, CONSTANT = 3 };
 
-// What a token is before names are looked up among the parameters.
-enum class TokenClass : std::uint8_t { end, delimiter, number, literal, constant, name };
+// What a token is as an operand.
+enum class OperandKind : std::uint8_t { none, parameter, text, number };
 
-struct Token {
-    const char* text_begin = "";  // in the formula, or of the word that replaces it
-    double number = 0.0;          // of a number or a named constant
-    std::uint16_t text_length = 0;
-    std::uint16_t end = 0;  // offset just past the token; of the end token, where reading stopped
-    TokenClass token_class = TokenClass::end;
-    char code = 0;    // of a delimiter, 0 for all others
-    char prefix = 0;  // the sign or function that this delimiter is where an operand is due
-    bool is_literal = false;
-    bool quote_closed = false;
+struct Token : TokenKind {
+    std::string_view text;    // of a name or literal, or of the word that it is
+    double number = 0.0;      // of a number or a named constant
+    std::uint16_t begin = 0;  // offset of its first byte; of the end token, where reading stopped
+    std::uint16_t end = 0;    // offset just past it
+    std::uint16_t slot = 0;   // of a parameter
+    bool m_IsStringLiteral = false;
+    bool m_QuoteClosed = false;
 
-    // Where the name was found among the parameters: slot or -1, as of that generation of them.
-    mutable std::int16_t slot = -1;
-    mutable std::uint32_t generation = 0;
+    // By its class, which is in the order of these.
+    [[nodiscard]] TokenType type() const {
+        return static_cast<TokenType>(token_class < TokenClass::number ? token_class
+                                                                       : TokenClass::number);
+    }
 
-    [[nodiscard]] std::string_view text() const { return {text_begin, text_length}; }
+    // A literal is an operand whatever it spells; a named constant is taken as what was read
+    // before.
+    [[nodiscard]] OperandKind operand(bool is_number) const {
+        if (m_IsStringLiteral) return OperandKind::text;
+        if (type() != CONSTANT) return OperandKind::none;
+        if (token_class == TokenClass::parameter) return OperandKind::parameter;
+        return is_number ? OperandKind::number : OperandKind::text;
+    }
 };
 
 // What there is to read where no formula is.

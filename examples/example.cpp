@@ -1,6 +1,5 @@
 // Early bound, by the header made from the interface description:
-//     x86_64-w64-mingw32-g++-posix -static -I include/morandel example.cpp -lole32 -loleaut32
-//     -luuid
+// x86_64-w64-mingw32-g++-posix -static -I ../include/morandel example.cpp -lole32 -loleaut32 -luuid
 // Texts are bytes of code page 936; what a BSTR parameter gives is the caller's to free.
 
 #include <initguid.h>

@@ -1,74 +1,65 @@
-// Scripts of public calls on two evaluators: a byte chooses the call, its arguments follow.
+// Scripts of public calls on two evaluators, of the library and its model: a byte chooses the call,
+// its arguments follow.
 
 #include "fuzz/bytes.h"
-#include "morandel.h"
+#include "fuzz/growth.h"
+#include "tests/pair.h"
 
 namespace {
 
-void set_parameter(CExpress& e, Bytes& bytes) {
+using morandel::pairs::Evaluators;
+
+void set_parameter(Evaluators& pair, Bytes& bytes) {
     static const char* const names[] = {"a", "b", "s", "t", "\xD6\xD0", ""};
     const int index = bytes.below(8) - 1;
-    MYPARA para{names[bytes.below(6)], 0.0, ""};
-    const bool is_text = bytes.below(2) == 1;
-    if (is_text) {
-        para.strValue = bytes.line();
+    const std::string name = names[bytes.below(6)];
+    if (bytes.below(2) == 1) {
+        pair.set_text(index, name, bytes.line());
     } else {
-        para.value = bytes.number();
-    }
-    e.SetPara(&para, index, is_text);
-}
-
-void read_all(CExpress& e) {
-    (void)e.GetResult();
-    (void)e.GetResultType();
-    (void)e.GetStatu();
-    (void)e.GetExpressionStatus();
-    (void)e.GetErrorNumber();
-    int count = 0;
-    for (const VariableNode* node = e.GetVariableList(); node != nullptr; node = node->next)
-        ++count;
-    if (count != e.GetVariableNum()) __builtin_trap();
-    for (int i = -1; i <= count + 1; ++i) {
-        int type = 0;
-        (void)e.GetVariable(i, &type);
-        if (type < 0 || type > 2) __builtin_trap();
+        pair.set_number(index, name, bytes.number());
     }
 }
 
-void call(CExpress& e, Bytes& bytes) {
+void call(Evaluators& pair, Bytes& bytes) {
     switch (bytes.below(8)) {
         case 0:
-            e.SetNumberOfPara(static_cast<int>(bytes.byte()) - 100);
+            pair.set_count(static_cast<int>(bytes.byte()) - 100);
             break;
         case 1:
-            e.SetNumberOfPara(6);
+            pair.set_count(6);
             break;
         case 2:
-            set_parameter(e, bytes);
+            set_parameter(pair, bytes);
             break;
         case 3:
-            e.CalcExpression();
+            pair.calculate();
             break;
         case 4:
-            e.VerifyExpression();
+            pair.verify();
             break;
         case 5:
-            e.ClearOld();
+            pair.clear();
             break;
-        default:
-            e.SetExpression(bytes.line().c_str());
-            e.CalcExpression();
+        default: {
+            const std::string formula = bytes.line();
+            if (may_grow_large(formula)) break;
+            pair.load(formula);
+            pair.calculate();
             break;
+        }
     }
-    read_all(e);
+    stop_at(pair.difference());
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Bytes bytes(data, size);
-    CExpress evaluators[2];
-    for (int calls = 0; calls < 64 && !bytes.empty(); ++calls)
-        call(evaluators[bytes.below(2)], bytes);
+    Evaluators pairs[2];
+    for (int calls = 0; calls < 64 && !bytes.empty(); ++calls) {
+        Evaluators& pair = pairs[bytes.below(2)];
+        call(pair, bytes);
+        if (pending_bytes(pair) > large) break;
+    }
     return 0;
 }

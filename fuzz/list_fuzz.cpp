@@ -1,52 +1,58 @@
-// Scripts of calls on lists that share records.
-
-#include <array>
+// Scripts of calls on lists that share records, on the library and its model.
 
 #include "fuzz/bytes.h"
-#include "morandel.h"
+#include "fuzz/growth.h"
+#include "tests/pair.h"
 
 namespace {
 
-void call(std::array<CVariableExpressList, 3>& lists, Bytes& bytes) {
-    CVariableExpressList& list = lists[static_cast<std::size_t>(bytes.below(3))];
+using morandel::pairs::Lists;
+
+// A strcat whose result is pending doubles it with every attempt.
+std::string formula_of(Bytes& bytes) {
+    std::string formula = bytes.line();
+    return strcats(formula.substr(std::min<std::size_t>(formula.size(), 1))) > 0 ? "1" : formula;
+}
+
+void call(Lists& lists, Bytes& bytes) {
+    const auto list = static_cast<std::size_t>(bytes.below(Lists::count));
     const std::string name(1, static_cast<char>('a' + bytes.below(5)));
     switch (bytes.below(9)) {
         case 0:
-            list.Append(1, name.c_str(), bytes.number(), "");
+            lists.append(list, 1, name, bytes.number(), "");
             break;
-        case 1:
-            list.AppendString(bytes.below(2), name.c_str(), bytes.line().c_str(), "1");
+        case 1: {
+            const int type = bytes.below(2);
+            lists.append_string(list, type, name, bytes.line(), "1");
             break;
+        }
         case 2:
-            list.DeleteOneNodeByName(name.c_str());
+            lists.remove(list, name);
             break;
         case 3:
-            list.Free();
+            lists.free(list);
             break;
         case 4:
-            list = lists[static_cast<std::size_t>(bytes.below(3))];
+            lists.assign(list, static_cast<std::size_t>(bytes.below(Lists::count)));
             break;
         case 5:
-            if (CVariableExpress* record = list.FindByName(name.c_str()))
-                record->SetName(bytes.line().c_str());
+            lists.rename(list, name, bytes.line());
             break;
         case 6:
-            (void)list.Cal();
+            lists.calculate(list);
             break;
         default:
-            list.Append(0, name.c_str(), 0.0, bytes.line().c_str());
+            lists.append(list, 0, name, 0.0, formula_of(bytes));
             break;
     }
-    int records = 0;
-    for (CVariableExpress* r = list.GetHead(); r != nullptr; r = r->GetNext()) ++records;
-    if ((records == 0) != (list.FindByName("a") == nullptr)) __builtin_trap();
+    stop_at(lists.difference());
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Bytes bytes(data, size);
-    std::array<CVariableExpressList, 3> lists;
+    Lists lists;
     for (int calls = 0; calls < 40 && !bytes.empty(); ++calls) call(lists, bytes);
     return 0;
 }

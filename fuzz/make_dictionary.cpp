@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "morandel.h"
+#include <morandel.h>
 
 int main() {
     for (const morandel::Function& row : morandel::functions())

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "engine/numbers.h"
+#include <morandel.h>
+#include "base/numbers.h"
 #include "fuzz/bytes.h"
-#include "morandel.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Bytes bytes(data, size);
@@ -20,7 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
 
     std::string written;
-    if (morandel::number_to_text(number, -1, written) != morandel::Error::none) __builtin_trap();
+    if (morandel::number_to_text(number, -1, written) != morandel::ErrorNumber::none)
+        __builtin_trap();
     if (std::isfinite(number)) {
         const double back = morandel::text_to_number(written);
         const double most = 1e-13 * std::max(1.0, std::abs(number));

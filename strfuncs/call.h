@@ -7,40 +7,38 @@
 #include <string>
 #include <string_view>
 
-#include "engine/argument_stack.h"
-#include "engine/errors.h"
-#include "engine/numbers.h"
-#include "engine/text_arena.h"
-#include "engine/value.h"
+#include "base/error.h"
+#include "base/numbers.h"
+#include "base/text_arena.h"
+#include "base/value.h"
+#include "strfuncs/argument_stack.h"
 
 namespace morandel {
 
 struct Call {
-    Value& value;                       // first argument in, result out
-    const ExtraArguments& extra;        // numbers of the further arguments of this call
-    ArgumentStack<std::string>& texts;  // m_TempStr: what this call and others left pending
-    ArgumentStack<double>& numbers;     // g_NumArray, likewise
-    const StringArgument& string_argument;
+    Value& value;                           // first argument in, result out
+    const ExtraArguments& extra;            // numbers of the further arguments of this call
+    ArgumentStack<std::string>& m_TempStr;  // texts that this call and others left pending
+    ArgumentStack<double>& g_NumArray;      // and numbers
+    const StringArgument& first_argument;   // of the last strcat that had a second one
     TextArena& arena;
 
-    // Number of the place-th further argument, 0 being the second argument. Deliberate: what is
-    // 1000000 as a whole number counts as not given.
+    // Number of the place-th further argument, 0 being the second argument. Deliberate: a number
+    // of exactly 1000000 counts as not given.
     [[nodiscard]] bool given(std::size_t place) const {
-        return to_int(extra.values[place]) != static_cast<int>(ExtraArguments::not_given);
+        return extra.values[place] != ExtraArguments::not_given;
     }
     [[nodiscard]] double number_or(std::size_t place, double fallback) const {
         return given(place) ? extra.values[place] : fallback;
     }
 
     // The text of the last further argument that is one.
-    [[nodiscard]] std::string_view last_text() const { return texts.from_top(0); }
+    [[nodiscard]] std::string_view last_text() const { return m_TempStr.from_top(0); }
 
-    // Takes the further arguments of a call off, by fixed counts: where the call gave fewer, it
-    // takes what is pending for others.
-    void consume(std::size_t text_count, std::size_t number_count) {
-        texts.pop(text_count);
-        numbers.pop(number_count);
-    }
+    // Take the further arguments of a call off, by fixed counts: where the call gave fewer, what is
+    // pending for others goes.
+    void PopTempStr(std::size_t count) { m_TempStr.pop(count); }
+    void PopNumArray(std::size_t count) { g_NumArray.pop(count); }
 
     Error give_text(std::string_view text) {
         value.text = text;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "strfuncs/occurrences.h"
+#include "base/search.h"
 #include "strfuncs/routines.h"
 
 namespace morandel {
@@ -49,34 +49,34 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
 
 // strcat(text, text, ...)
 Error strcat(Call& call) {
-    if (call.texts.empty()) return Error::too_few_texts;
+    if (call.m_TempStr.empty()) return Error::too_few_texts;
     // Deliberate: a call finds its further texts by its first one, in a table whose only entry
     // ever filled a nested strcat has overwritten. The empty entries after it lead to index 0.
     const std::string_view first = call.value.text;
-    const StringArgument& entry = call.string_argument;
+    const StringArgument& entry = call.first_argument;
     if (first != entry.text && !first.empty()) return Error::none;
     const std::size_t index = first == entry.text ? entry.index : 0;
-    if (index >= call.texts.size()) return Error::value_incorrect;
+    if (index >= call.m_TempStr.size()) return Error::value_incorrect;
 
     std::size_t size = first.size();
-    for (std::size_t i = index; i < call.texts.size(); ++i) size += call.texts[i].size();
+    for (std::size_t i = index; i < call.m_TempStr.size(); ++i) size += call.m_TempStr[i].size();
     if (size > longest_text) return Error::longer_than_target;
     char* room = call.arena.allocate(size);
     Writer writer(room);
     writer.append(first);
-    for (std::size_t i = index; i < call.texts.size(); ++i) writer.append(call.texts[i]);
+    for (std::size_t i = index; i < call.m_TempStr.size(); ++i) writer.append(call.m_TempStr[i]);
 
     // Deliberate: only every second of the joined texts goes.
-    call.texts.remove_every_second(index);
+    call.m_TempStr.remove_every_second(index);
     return call.give_text({room, size});
 }
 
 // strreplace(new, old, text[, start, mode])
 Error strreplace(Call& call) {
-    if (call.texts.empty()) return Error::none;
-    if (call.texts.size() < 2) return Error::too_few_texts;
+    if (call.m_TempStr.empty()) return Error::none;
+    if (call.m_TempStr.size() < 2) return Error::too_few_texts;
     const std::string_view replacement = call.value.text;
-    const std::string_view old = call.texts.from_top(1);
+    const std::string_view old = call.m_TempStr.from_top(1);
     const std::string_view text = call.last_text();
     const int start = to_int(call.number_or(2, 1.0));
     const bool first_only = to_int(call.number_or(3, 1.0)) == 0;
@@ -97,23 +97,24 @@ Error strreplace(Call& call) {
         }
         error = replace_all(call, text.substr(0, offset), part, rest, old, replacement);
     }
-    if (error == Error::none) call.consume(2, 2);
+    if (error == Error::none) call.PopTempStr(2);
+    call.PopNumArray(2);
     return error;
 }
 
 // strdelete(piece, text)
 Error strdelete(Call& call) {
-    if (call.texts.empty()) return Error::none;
+    if (call.m_TempStr.empty()) return Error::none;
     const Error error = replace_all(call, {}, call.last_text(), {}, call.value.text, {});
-    if (error == Error::none) call.consume(1, 0);
+    if (error == Error::none) call.PopTempStr(1);
     return error;
 }
 
 // strinsert(text, piece, offset)
 Error strinsert(Call& call) {
-    if (call.numbers.empty()) return Error::none;
-    if (!(call.numbers.from_top(0) >= 0.0)) return Error::too_few_texts;
-    if (call.texts.empty()) return Error::too_few_texts;
+    if (call.g_NumArray.empty()) return Error::none;
+    if (!(call.g_NumArray.from_top(0) >= 0.0)) return Error::too_few_texts;
+    if (call.m_TempStr.empty()) return Error::too_few_texts;
     const std::string_view text = call.value.text;
     const std::string_view piece = call.last_text();
     if (text.size() > longest_text || piece.size() > longest_text - text.size()) {
@@ -127,7 +128,8 @@ Error strinsert(Call& call) {
     writer.append(text.substr(0, offset));
     writer.append(piece);
     writer.append(text.substr(offset));
-    call.consume(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return call.give_text({room, size});
 }
 

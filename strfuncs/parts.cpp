@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "engine/search.h"
-#include "strfuncs/double_byte.h"
+#include "base/characters.h"
+#include "base/search.h"
 #include "strfuncs/routines.h"
 
 namespace morandel {
@@ -35,7 +35,7 @@ bool is_white_space(char c) {
 // The first n bytes of a text, or the last ones.
 Error end_of(Call& call, bool last) {
     // Deliberate: two pending numbers are required though the function takes one.
-    if (call.numbers.size() < 2) return Error::value_missing;
+    if (call.g_NumArray.size() < 2) return Error::value_missing;
     const int count = to_int(call.extra.values[0]);
     if (count < 1) return Error::not_positive;
     std::string_view text = call.value.text;
@@ -43,7 +43,7 @@ Error end_of(Call& call, bool last) {
     if (text.size() > length) {
         text = last ? text.substr(text.size() - length) : text.substr(0, length);
     }
-    call.consume(0, 1);
+    call.PopNumArray(1);
     return call.give_text(text);
 }
 
@@ -51,7 +51,7 @@ Error end_of(Call& call, bool last) {
 
 // strsub(text, start, length[, direction])
 Error strsub(Call& call) {
-    const auto& numbers = call.numbers;
+    const auto& numbers = call.g_NumArray;
     if (numbers.empty()) return Error::none;
     if (numbers.size() < 2) return Error::value_missing;
     // Deliberate: any third number that is pending, also another call's, makes the last one the
@@ -65,16 +65,16 @@ Error strsub(Call& call) {
     std::string_view text = call.value.text;
     const Error error = part_of(text, start, length, from_end);
     if (error != Error::none) return error;
-    call.consume(0, 3);
+    call.PopNumArray(3);
     return call.give_text(text);
 }
 
 // strtrim(piece, text[, side])
 Error strtrim(Call& call) {
-    if (call.texts.empty()) return Error::too_few_texts;
+    if (call.m_TempStr.empty()) return Error::too_few_texts;
     const std::string_view piece = call.value.text;
     std::string_view text = call.last_text();
-    const bool at_start = call.numbers.empty() || to_int(call.numbers.from_top(0)) != 0;
+    const bool at_start = call.g_NumArray.empty() || to_int(call.g_NumArray.from_top(0)) != 0;
     if (!piece.empty()) {
         if (at_start && text.starts_with(piece)) {
             text.remove_prefix(piece.size());
@@ -83,7 +83,8 @@ Error strtrim(Call& call) {
         }
     }
     const Error error = call.give_copy(text);
-    call.consume(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return error;
 }
 
@@ -102,9 +103,9 @@ Error strtrims(Call& call) {
 
 // strsubn(text, separator, n)
 Error strsubn(Call& call) {
-    if (call.numbers.empty()) return Error::none;
+    if (call.g_NumArray.empty()) return Error::none;
     const double place = call.extra.values[1];
-    if (call.texts.empty() || !(place >= 1.0)) return Error::value_missing;
+    if (call.m_TempStr.empty() || !(place >= 1.0)) return Error::value_missing;
     const std::string_view separator = call.last_text();
     std::string_view rest = call.value.text;
     std::string_view piece;
@@ -119,7 +120,8 @@ Error strsubn(Call& call) {
             rest.remove_prefix(found + separator.size());
         }
     }
-    call.consume(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return call.give_text(piece);
 }
 

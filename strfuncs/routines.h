@@ -25,12 +25,15 @@ Error strmismatch(Call& call);
 Error strfind(Call& call);
 Error strfindn(Call& call);
 
-// choosing.cpp: numbers and texts into each other, and the choice
+// conversions.cpp: numbers and texts into each other, and the choice
 Error r2s(Call& call);
 Error s2r(Call& call);
 Error choose(Call& call);
 
-// number_to_text into room that the caller has; the text lies there or is constant.
-Error write_number(double x, int decimals, NumberBuffer& room, std::string_view& text);
+// measured.cpp: calls whose numbers are held to the range first
+Error preci(Call& call);
+Error mod(Call& call);
+Error strcase(Call& call);
+Error strlen(Call& call);
 
 }  // namespace morandel

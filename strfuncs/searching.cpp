@@ -2,10 +2,8 @@
 
 #include <algorithm>
 
-#include "engine/characters.h"
-#include "engine/search.h"
-#include "strfuncs/double_byte.h"
-#include "strfuncs/occurrences.h"
+#include "base/characters.h"
+#include "base/search.h"
 #include "strfuncs/routines.h"
 
 namespace morandel {
@@ -61,7 +59,7 @@ std::string_view from(std::string_view text, double start) {
 
 // strmismatch(text, other[, start, other start, mode])
 Error strmismatch(Call& call) {
-    if (call.texts.empty()) return Error::too_few_texts;
+    if (call.m_TempStr.empty()) return Error::too_few_texts;
     // Deliberate: without the start, none of the three counts; with it, the other start must be
     // given too.
     const bool given = call.given(1);
@@ -72,7 +70,7 @@ Error strmismatch(Call& call) {
     const std::string_view other = call.last_text();
 
     if (beyond(text, start) || beyond(other, other_start)) {
-        call.consume(1, 0);
+        call.PopTempStr(1);
         return Error::beyond_text;
     }
     if (outside(text, start) || outside(other, other_start)) return Error::value_incorrect;
@@ -83,13 +81,14 @@ Error strmismatch(Call& call) {
         length = static_cast<double>(
             common_beginning(from(text, start), from(other, other_start), mind_case));
     }
-    call.consume(1, 3);
+    call.PopTempStr(1);
+    call.PopNumArray(3);
     return call.give_number(length, type_integer);
 }
 
 // strfind(piece, text[, start])
 Error strfind(Call& call) {
-    if (call.texts.empty()) return Error::too_few_texts;
+    if (call.m_TempStr.empty()) return Error::too_few_texts;
     const std::string_view piece = call.value.text;
     const std::string_view text = call.last_text();
     const int start = to_int(call.number_or(1, 1.0));
@@ -97,15 +96,17 @@ Error strfind(Call& call) {
     std::size_t at = std::string_view::npos;
     if (!piece.empty()) at = find_piece(text, piece, static_cast<std::size_t>(start) - 1);
     const double position = at == std::string_view::npos ? -1.0 : static_cast<double>(at) + 1.0;
-    call.consume(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return call.give_number(position, type_integer);
 }
 
 // strfindn(piece, text)
 Error strfindn(Call& call) {
-    if (call.texts.empty()) return Error::value_missing;
+    if (call.m_TempStr.empty()) return Error::value_missing;
     const double count = static_cast<double>(count_occurrences(call.value.text, call.last_text()));
-    call.consume(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return call.give_number(count, type_number);
 }
 

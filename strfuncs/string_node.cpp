@@ -1,4 +1,4 @@
-#include "strfuncs/string_node.h"
+#include <morandel/string_node.h>
 
 CCStringNode::CCStringNode() = default;
 

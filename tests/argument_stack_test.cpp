@@ -1,6 +1,6 @@
 // The stack of further arguments.
 
-#include "engine/argument_stack.h"
+#include "strfuncs/argument_stack.h"
 
 #include <gtest/gtest.h>
 

@@ -1,100 +1,26 @@
-// The batch calculation against a model that does it the long way: a queue of names, every attempt
-// made, on random lists with chains, cycles, duplicates, texts and faults.
+// The batch calculation against the model's, where every attempt is made, on random lists with
+// chains, cycles, duplicates, texts and faults.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
-#include <deque>
+#include <iterator>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "morandel.h"
+#include <morandel.h>
+#include "tests/model/words.h"
+#include "tests/pair.h"
+#include "tests/random_formulas.h"
 
 namespace {
 
-struct Entry {
-    int type;
-    std::string name;
-    double value;
-    std::string text;
-    std::string formula;
-    bool is_string;
-};
-
-class Model {
-  public:
-    std::vector<Entry> entries;
-    std::string error;
-    int result_type = 0;
-
-    bool cal() {
-        CExpress e;
-        MYPARA para;
-        std::deque<std::string> queue;
-        const auto n = static_cast<long>(entries.size());
-        const auto fill = [&para](const Entry& entry) {
-            para.name = entry.name;
-            if (entry.is_string) {
-                para.strValue = entry.text;
-            } else {
-                para.value = entry.value;
-            }
-        };
-        int slot = 0;
-        for (const Entry& listed : entries) {
-            const Entry& entry = first(listed.name);
-            e.SetNumberOfPara(++slot);
-            fill(entry);
-            e.SetPara(&para, slot, entry.is_string);
-            queue.push_back(listed.name);
-        }
-        int index = 1;
-        for (long attempts = 0; !queue.empty();) {
-            Entry& entry = first(queue.front());
-            queue.pop_front();
-            if (entry.type == 1) {
-                e.SetNumberOfPara(index);
-                fill(entry);
-                e.SetPara(&para, index++, entry.is_string);
-            } else {
-                if (e.SetExpression(entry.formula.c_str()) == 0) return fail(e);
-                if (e.CalcExpression() == 0) {
-                    queue.push_back(entry.name);
-                } else {
-                    result_type = e.GetResultType();
-                    if (result_type == 2) {
-                        para.strValue = entry.text = e.m_StrResult;
-                    } else {
-                        para.value = entry.value = e.GetResult();
-                    }
-                    para.name = entry.name;
-                    e.SetNumberOfPara(index);
-                    e.SetPara(&para, index++, false);
-                }
-            }
-            if (++attempts > n * (n + 1)) return fail(e);
-        }
-        return true;
-    }
-
-  private:
-    Entry& first(const std::string& name) {
-        for (Entry& entry : entries) {
-            if (entry.name == name) return entry;
-        }
-        throw std::logic_error("a name is gone");
-    }
-
-    bool fail(const CExpress& e) {
-        error = e.m_ErrorMessage;
-        return false;
-    }
-};
+using morandel::pairs::Lists;
+using morandel::tests::RandomFormulas;
+using morandel::tests::setting;
 
 // A grammar check refuses it where it is no parameter.
 const std::string long_name(251, 'n');
@@ -178,6 +104,31 @@ TEST(Calculation, WhatAFailedFormulaReadCounts) {
     EXPECT_EQ(list.FindByNameAndGetValue("p"), std::log(22.0)) << "by the text of its decimals";
 }
 
+// A missing name is still missing, but what is read after it is a text by now, and so is pi then.
+TEST(Calculation, AnAttemptThatFailsAgainMayReadAText) {
+    for (const char* of_pi : {"sqrt(-pi)", "ln(strlen(pi))"}) {
+        Lists lists;
+        lists.append(0, 1, "n", 1.0, "");
+        lists.append(0, 0, "b", 0.0, "x+t");
+        lists.append(0, 0, "c", 0.0, of_pi);
+        lists.append_string(0, 1, "t", "s", "");
+        EXPECT_EQ(lists.calculate(0), 0);
+        EXPECT_EQ(lists.difference().text(), "") << of_pi;
+    }
+}
+
+// The other way round: pi is a text from the start, and a number once n is read.
+TEST(Calculation, AnAttemptThatFailsAgainMayReadANumber) {
+    Lists lists;
+    lists.append_string(0, 1, "t", "s", "");
+    lists.append(0, 0, "a", 0.0, "strlen(t)");
+    lists.append(0, 0, "b", 0.0, "x+n");
+    lists.append(0, 1, "n", 1.0, "");
+    lists.append(0, 0, "c", 0.0, "ln(pi)");
+    EXPECT_EQ(lists.calculate(0), 0);
+    EXPECT_EQ(lists.difference().text(), "");
+}
+
 TEST(Calculation, IsTheLongWayRoundsResult) {
     std::mt19937 random(7);
     for (int round = 0; round < 2000; ++round) {
@@ -185,46 +136,177 @@ TEST(Calculation, IsTheLongWayRoundsResult) {
         const bool chained = round % 3 == 0;
         const unsigned most = round % 60 == 0 ? 60 : chained ? 16 : 8;
         const int size = static_cast<int>(random() % (most + 1));
-        Model model;
-        CVariableExpressList list;
+        Lists lists;
         for (int i = 0; i < size; ++i) {
-            Entry entry{
-                random() % 3 == 0 ? 1 : 0,
-                "v" + std::to_string(random() % 5 == 0 ? random() % 4 : static_cast<unsigned>(i)),
-                static_cast<double>(random() % 100) / 4.0,
-                "t" + std::to_string(i),
-                "",
-                random() % 4 == 0};
-            if (random() % 64 == 0) entry.name = long_name;
-            if (entry.type == 0) {
-                entry.formula = chained ? random_formula(random, i + 1, std::min(i + 4, size))
-                                        : random_formula(random, 0, size);
+            const int type = random() % 3 == 0 ? 1 : 0;
+            std::string name =
+                "v" + std::to_string(random() % 5 == 0 ? random() % 4 : static_cast<unsigned>(i));
+            const double value = static_cast<double>(random() % 100) / 4.0;
+            const bool is_string = random() % 4 == 0;
+            if (random() % 64 == 0) name = long_name;
+            std::string formula;
+            if (type == 0) {
+                formula = chained ? random_formula(random, i + 1, std::min(i + 4, size))
+                                  : random_formula(random, 0, size);
             }
-            if (entry.is_string) {
-                entry.value = 0.0;
-                list.AppendString(entry.type, entry.name.c_str(), entry.text.c_str(),
-                                  entry.formula.c_str());
+            if (is_string) {
+                lists.append_string(0, type, name, "t" + std::to_string(i), formula);
             } else {
-                entry.text.clear();
-                list.Append(entry.type, entry.name.c_str(), entry.value, entry.formula.c_str());
+                lists.append(0, type, name, value, formula);
             }
-            model.entries.push_back(entry);
         }
-        for (int repeat = 0; repeat < 3; ++repeat) {
-            ASSERT_EQ(list.Cal() == 1, model.cal()) << "round " << round;
-            ASSERT_EQ(list.m_strError, model.error) << "round " << round;
-            ASSERT_EQ(list.m_nResultType, model.result_type) << "round " << round;
-            const CVariableExpress* record = list.GetHead();
-            for (const Entry& entry : model.entries) {
-                CVariableExpress copy(*record);
-                ASSERT_EQ(std::bit_cast<std::uint64_t>(copy.GetValue()),
-                          std::bit_cast<std::uint64_t>(entry.value))
-                    << "round " << round << ' ' << entry.name;
-                ASSERT_EQ(copy.GetStrValue(), entry.text) << "round " << round << ' ' << entry.name;
-                record = record->GetNext();
+        for (int repeat = 0; repeat < 3; ++repeat) lists.calculate(0);
+        ASSERT_EQ(lists.difference().text(), "") << "round " << round;
+    }
+}
+
+std::string readable(const std::string& bytes) {
+    std::string text;
+    for (const char c : bytes) text += c >= ' ' && c < 0x7F ? c : '?';
+    return text;
+}
+
+struct Entry {
+    int type;
+    std::string name;
+    double value;
+    std::string text;
+    std::string formula;
+    bool is_string;
+};
+
+std::string difference_of(const std::vector<Entry>& entries) {
+    Lists lists;
+    for (const Entry& entry : entries) {
+        if (entry.is_string) {
+            lists.append_string(0, entry.type, entry.name, entry.text, entry.formula);
+        } else {
+            lists.append(0, entry.type, entry.name, entry.value, entry.formula);
+        }
+    }
+    for (int repeat = 0; repeat < 2; ++repeat) lists.calculate(0);
+    return lists.difference().text();
+}
+
+std::string words(const std::vector<Entry>& entries) {
+    std::string words;
+    for (const Entry& entry : entries) {
+        const std::string value =
+            entry.is_string ? '"' + readable(entry.text) + '"' : std::to_string(entry.value);
+        words += readable(entry.name) + (entry.type == 1 ? " = " : " := ") + value + "  " +
+                 readable(entry.formula) + '\n';
+    }
+    return words;
+}
+
+// One formula that is refused ends all.
+bool accepted(const std::string& formula) {
+    model::Express e;
+    return e.SetExpression(formula.c_str()) == 1;
+}
+
+// A strcat whose result is pending doubles it with every attempt, up to megabytes.
+bool grows(std::string formula) {
+    std::ranges::transform(formula, formula.begin(), model::to_lower);
+    return formula.find("strcat", 1) != std::string::npos;
+}
+
+// Without the entries, and the bytes of their formulas, that the difference does not need.
+void shrink(std::vector<Entry>& entries) {
+    for (bool smaller = true; smaller;) {
+        smaller = false;
+        for (std::size_t i = entries.size(); i-- > 0;) {
+            const std::vector<Entry> before = entries;
+            entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(i));
+            if (!difference_of(entries).empty()) {
+                smaller = true;
+            } else {
+                entries = before;
             }
-            ASSERT_EQ(record, nullptr);
         }
+        for (Entry& entry : entries) {
+            for (std::size_t at = entry.formula.size(); at-- > 0;) {
+                const std::string before = entry.formula;
+                entry.formula.erase(at, 1);
+                if (!difference_of(entries).empty()) {
+                    smaller = true;
+                } else {
+                    entry.formula = before;
+                }
+            }
+        }
+    }
+}
+
+// Of records that matter to one another by what is read and left. MORANDEL_EXHAUSTIVE_RECORDS sets
+// the longest lists, 4 unless set.
+TEST(Calculation, OfEverySmallListIsTheLongWayRoundsResult) {
+    const Entry records[] = {
+        {1, "n", 1.5, "", "", false},
+        {1, "t", 0.0, "s", "", true},
+        {0, "", 0.0, "", "x+t", false},
+        {0, "", 0.0, "", "x+n", false},
+        {0, "", 0.0, "", "1+x", false},
+        {0, "", 0.0, "", "x", false},
+        {0, "", 0.0, "", "n+1", false},
+        {0, "", 0.0, "", "strlen(t)", false},
+        {0, "", 0.0, "", "t+x", false},
+        {0, "", 0.0, "", "sqrt(-pi)", false},
+        {0, "", 0.0, "", "ln(strlen(pi))", false},
+        {0, "", 0.0, "", "ln(pi)", false},
+        {0, "", 0.0, "", "c1+1", false},
+        {0, "", 0.0, "", "left(\"ab\", 1)", false},
+    };
+    for (std::size_t size = 1; size <= setting("MORANDEL_EXHAUSTIVE_RECORDS", 4); ++size) {
+        std::vector<std::size_t> picked(size);
+        for (bool more = true; more;) {
+            std::vector<Entry> entries;
+            for (std::size_t i = 0; i < size; ++i) {
+                entries.push_back(records[picked[i]]);
+                if (entries[i].type == 0) entries[i].name = 'c' + std::to_string(i);
+            }
+            ASSERT_EQ(difference_of(entries), "") << words(entries);
+            more = false;
+            for (std::size_t& record : picked) {
+                if (++record < std::size(records)) {
+                    more = true;
+                    break;
+                }
+                record = 0;
+            }
+        }
+    }
+}
+
+// MORANDEL_RANDOM_LISTS and MORANDEL_RANDOM_SEED set how many and which.
+TEST(Calculation, OfAnyFormulasIsTheLongWayRoundsResult) {
+    const auto count = setting("MORANDEL_RANDOM_LISTS", 10'000);
+    RandomFormulas random(static_cast<std::uint32_t>(setting("MORANDEL_RANDOM_SEED", 1)));
+    for (std::uint64_t round = 0; round < count; ++round) {
+        std::vector<Entry> entries;
+        const std::size_t size = random.below(7);
+        random.more_names.clear();
+        for (std::size_t i = 0; i <= size; ++i)
+            random.more_names.push_back(std::string(1, "vwxyzab"[i]));
+        for (std::size_t i = 0; i < size; ++i) {
+            Entry entry{random.below(3) == 0 ? 1 : 0,
+                        random.more_names[i],
+                        random.number(),
+                        random.text(),
+                        "",
+                        random.below(3) == 0};
+            if (random.below(8) == 0) entry.name = random.name();
+            if (entry.type == 0) {
+                do {
+                    entry.formula = random.formula();
+                } while (grows(entry.formula) ||
+                         (random.below(64) != 0 && !accepted(entry.formula)));
+            }
+            entries.push_back(entry);
+        }
+        if (difference_of(entries).empty()) continue;
+        shrink(entries);
+        FAIL() << "round " << round << '\n' << words(entries) << difference_of(entries);
     }
 }
 

@@ -7,9 +7,9 @@
 #include <memory>
 #include <sstream>
 
+#include <morandel.h>
 #include "cli/encoding.h"
 #include "cli/output.h"
-#include "morandel.h"
 
 namespace morandel::cases {
 namespace {
@@ -185,8 +185,9 @@ std::string number_words(double number) {
 }
 
 std::string error_words(const std::string& message) {
-    for (const auto& [number, text] : error_table()) {
-        if (text == message) return "; error " + std::to_string(number);
+    for (const ErrorText& row : error_table()) {
+        if (row.message == message)
+            return "; error " + std::to_string(static_cast<int>(row.number));
     }
     return message.empty() ? "" : "; error without number";
 }

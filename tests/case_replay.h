@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "morandel.h"
+#include <morandel.h>
 #include "tests/case_file.h"
 
 namespace morandel::cases {

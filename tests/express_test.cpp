@@ -5,14 +5,16 @@
 #include <string>
 #include <type_traits>
 
-#include "morandel.h"
+#include <morandel.h>
+
+#include "engine/evaluator.h"
 
 namespace {
 
 // What the checker and other heirs work with.
 class Opened : public CExpress {
   public:
-    using CExpress::serror;
+    void serror(int n) { evaluator().faults().serror(n); }
 };
 
 void set_number(CExpress& e, int index, const std::string& name, double value) {
@@ -61,6 +63,27 @@ TEST(Express, ANullFormulaHasAMessageOfItsOwn) {
     EXPECT_EQ(e.m_ErrorMessage, "\xB9\xAB\xCA\xBD\xCE\xAA\xBF\xD5");
     EXPECT_EQ(e.GetStatu(), 1);
     EXPECT_EQ(e.GetErrorNumber(), -1);
+}
+
+TEST(Express, ANullFormulaLeavesTheStatusAndTheFormula) {
+    CExpress e;
+    EXPECT_EQ(e.SetExpression("(1"), 0);
+    EXPECT_EQ(e.SetExpression(nullptr), 0);
+    EXPECT_EQ(e.GetExpressionStatus(), 2);
+    EXPECT_EQ(e.GetStatu(), 0);
+    EXPECT_EQ(e.GetErrorNumber(), -1);
+    ASSERT_EQ(e.SetExpression("x+2"), 1);
+    EXPECT_EQ(e.SetExpression(nullptr), 0);
+    EXPECT_EQ(e.GetStatu(), 1);
+    EXPECT_EQ(e.GetExpressionStatus(), 0);
+    EXPECT_EQ(e.GetVariableNum(), 1);
+    e.SetNumberOfPara(1);
+    set_number(e, 1, "x", 3.0);
+    EXPECT_EQ(e.CalcExpression(), 1);
+    EXPECT_EQ(e.GetResult(), 5.0);
+    EXPECT_EQ(e.SetExpression(nullptr), 0);
+    EXPECT_EQ(e.GetResult(), 5.0);
+    EXPECT_EQ(e.CalcExpression(), 0) << "the formula is read to its end";
 }
 
 TEST(Express, AFormulaThatIsTooLongChangesNothing) {

@@ -9,7 +9,8 @@
 #include <new>
 #include <string>
 
-#include "morandel.h"
+#include <morandel.h>
+#include <morandel/formula.hpp>
 
 namespace {
 
@@ -25,25 +26,26 @@ bool fails() {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined, or the compiler takes free for what belongs to another allocator.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     if (fails()) throw std::bad_alloc();
     void* room = std::malloc(size);
     if (room == nullptr) throw std::bad_alloc();
     ++live;
     return room;
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     try {
         return ::operator new(size);
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
 }
-void operator delete(void* room) noexcept {
+[[gnu::noinline]] void operator delete(void* room) noexcept {
     if (room != nullptr) --live;
     std::free(room);
 }
-void operator delete(void* room, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* room, std::size_t) noexcept {
     ::operator delete(room);
 }
 
@@ -233,6 +235,42 @@ TEST(Fault, Records) {
                   morandel::number_to_text(1e300, -1, o.text);
               }),
               8);
+}
+
+TEST(Fault, PreparedFormulas) {
+    EXPECT_GT(fail_each([](Objects& o) {
+                  const morandel::Formula f(
+                      "strcat(a_longer_name, r2s(another_name, 2), \"苹果\");",
+                      {"a_longer_name", "another_name"});
+                  (void)f.warnings();
+                  (void)f.check();
+                  (void)f.names();
+                  o.text = f("苹果", 1.5).text();
+                  o.text = f(1.5, "苹果").text();
+                  std::vector<std::string> texts;
+                  (void)f.columns({std::vector<std::string>{"a", "梨"}, 2.0}, texts);
+                  std::vector<double> numbers;
+                  (void)f.columns({std::vector<std::string>{"a", "梨"}, 2.0}, numbers);
+                  (void)f.row_error({"a", 2.0}, 0);
+              }),
+              20);
+}
+
+TEST(Fault, PreparedFormulasThatFail) {
+    for (const char* formula :
+         {"1/0+\"苹果\"", "1+\"苹果", "苹果+1", "\"😀\"", "strsub(\"苹果\", 1, 1)", "5!+"}) {
+        EXPECT_GT(fail_each([formula](Objects& o) {
+                      const auto f =
+                          morandel::Formula::prepare(formula, std::vector<morandel::Name>());
+                      try {
+                          if (f) (void)(*f)();
+                      } catch (const morandel::Error& error) {
+                          o.text = error.message();
+                      }
+                  }),
+                  0)
+            << formula;
+    }
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "morandel.h"
+#include <morandel.h>
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "morandel.h"
+#include <morandel.h>
 #include "tests/small_stack.h"
 
 namespace {

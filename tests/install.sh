@@ -1,23 +1,60 @@
 #!/usr/bin/env bash
-# Installs into a scratch prefix and builds a consumer against it, by find_package and by
-# pkg-config, with the shared and the static library.
+# Installs into a scratch prefix and builds hosts against it, which know nothing else: with each
+# compiler that there is for the system, as C++17 and as C++20, with the shared and with the static
+# library, without a warning. Each runs. On Linux also by find_package and by pkg-config.
+# usage: install.sh SOURCE BUILD linux|x64|x86
 set -eu
-source_folder=$1 build_folder=$2
+source_folder=$1 build_folder=$2 kind=$3
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-cmake --install "$build_folder" --prefix "$scratch/prefix" >"$scratch/log" || { cat "$scratch/log"; exit 1; }
+prefix=$scratch/prefix
+cmake --install "$build_folder" --prefix "$prefix" >"$scratch/log" || { cat "$scratch/log"; exit 1; }
 
-cmake -G Ninja -S "$source_folder/tests/consumer" -B "$scratch/build" -DCMAKE_PREFIX_PATH="$scratch/prefix" >"$scratch/log" 2>&1 &&
-    cmake --build "$scratch/build" >>"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
-for program in consumer consumer_static; do
-    printed=$("$scratch/build/$program")
-    [ "$printed" = 2.68 ] || { echo "$program printed $printed"; exit 1; }
+strict="-Wall -Wextra -Wpedantic -Werror"
+case $kind in
+    linux)
+        compilers="g++ clang++"
+        libraries=$(dirname "$(find "$prefix" -name libmorandel.so)")
+        shared="-L$libraries -lmorandel -Wl,-rpath,$libraries" static="-DMORANDEL_STATIC $libraries/libmorandel.a"
+        runner="" ;;
+    x64 | x86)
+        [ "$kind" = x64 ] && compilers=x86_64-w64-mingw32-g++-posix || compilers=i686-w64-mingw32-g++-posix
+        shared="-static $prefix/lib/libMorandel10.dll.a" static="-static -DMORANDEL_STATIC $prefix/lib/libmorandel.a"
+        cp "$prefix/bin/Morandel10.dll" "$scratch"
+        runner="bash $source_folder/scripts/wine" ;;
+esac
+
+expect_host() {  # program
+    local printed
+    printed=$($runner "$1" | tr -d '\r') || true
+    [ "$printed" = "2.68 total 37.5 sqrt abc" ] || { echo "${2:-$1} printed $printed"; exit 1; }
+}
+
+for compiler in $compilers; do
+    command -v "$compiler" >/dev/null || { echo "there is no $compiler; scripts/install-packages installs it"; exit 1; }
+    for standard in 17 20; do
+        # Each header is enough for itself.
+        find "$prefix/include" -name '*.h' ! -path '*/automation/*' | while read -r header; do
+            echo "#include <${header#"$prefix/include/"}>" |
+                "$compiler" -std=c++$standard $strict -I "$prefix/include" -fsyntax-only -x c++ - ||
+                { echo "${header##*/} does not compile alone, as C++$standard with $compiler"; exit 1; }
+        done
+        for library in shared static; do
+            "$compiler" -std=c++$standard $strict -I "$prefix/include" "$source_folder/tests/consumer/main.cpp" \
+                ${!library} -o "$scratch/host.exe" || { echo "no host with $compiler, C++$standard, $library"; exit 1; }
+            expect_host "$scratch/host.exe" "the host of $compiler, C++$standard, $library"
+        done
+    done
 done
+[ "$kind" = linux ] || exit 0
 
-export PKG_CONFIG_PATH=$scratch/prefix/lib/pkgconfig:$scratch/prefix/lib/$(g++ -print-multiarch)/pkgconfig
-[ "$(pkg-config --modversion morandel)" = 10.0.0 ]
-g++ "$source_folder/tests/consumer/main.cpp" $(pkg-config --cflags --libs morandel) -o "$scratch/program"
-printed=$(LD_LIBRARY_PATH=$(pkg-config --variable=libdir morandel) "$scratch/program")
-[ "$printed" = 2.68 ] || { echo "the pkg-config program printed $printed"; exit 1; }
+cmake -G Ninja -S "$source_folder/tests/consumer" -B "$scratch/build" -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/log" 2>&1 &&
+    cmake --build "$scratch/build" >>"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
+for program in consumer consumer_static; do expect_host "$scratch/build/$program"; done
 
-[ "$("$scratch/prefix/bin/morandel" 'preci(2.675, 2)')" = 2.68 ]
+export PKG_CONFIG_PATH=$libraries/pkgconfig
+[ "$(pkg-config --modversion morandel)" = "$(sed -n 's/^project(morandel VERSION \([0-9.]*\).*/\1/p' "$source_folder/CMakeLists.txt")" ]
+g++ "$source_folder/tests/consumer/main.cpp" $(pkg-config --cflags --libs morandel) -Wl,-rpath,"$libraries" -o "$scratch/program"
+expect_host "$scratch/program" "the pkg-config program"
+
+[ "$("$prefix/bin/morandel" 'preci(2.675, 2)')" = 2.68 ]

@@ -7,7 +7,7 @@
 #include <new>
 #include <string>
 
-#include "morandel.h"
+#include <morandel.h>
 
 namespace {
 

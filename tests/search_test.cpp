@@ -1,13 +1,13 @@
 // Finding texts: what the standard's own search finds, in time that no text can stretch.
 
-#include "engine/search.h"
+#include "base/search.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 
-#include "morandel.h"
+#include <morandel.h>
 
 namespace {
 

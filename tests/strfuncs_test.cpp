@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/errors.h"
+#include "base/error.h"
 #include "strfuncs/routines.h"
 
 namespace {

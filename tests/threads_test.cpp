@@ -1,5 +1,5 @@
-// With pending numbers of their own, threads evaluate, check and compute lists side by side. Meant
-// to run under the thread sanitizer.
+// Threads have pending numbers of their own, and evaluate, check and compute lists side by side.
+// Runs under the thread sanitizer too.
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,9 @@
 #include <thread>
 #include <vector>
 
-#include "morandel.h"
+#include <morandel.h>
+#include <morandel/formula.hpp>
+#include "tests/pending_thread.h"
 
 namespace {
 
@@ -56,6 +58,64 @@ TEST(Threads, WorkSideBySideAsEachWouldAlone) {
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(together, alone);
     EXPECT_NE(alone[0], alone[1]);
+}
+
+// One formula for all of them: numbers, texts that convert, kinds it was not made ready for,
+// failures and columns.
+std::string compute(const morandel::Formula& numbers, const morandel::Formula& texts, int number) {
+    std::string log;
+    for (int round = 0; round < 200; ++round) {
+        const double x = number + round / 7.0;
+        log += std::to_string(numbers.compute_numbers(&x, 1)) + ' ';
+        log += std::to_string(numbers("text").number()) + ' ';
+        log += texts("苹果" + std::to_string(number), x).text() + ' ';
+        std::vector<double> results;
+        for (const unsigned char status : numbers.columns({std::vector<double>{x, 2.0}}, results)) {
+            log += std::to_string(status);
+        }
+        log += std::to_string(results[0]);
+        try {
+            log += texts("😀", x).text();
+        } catch (const morandel::Error& error) {
+            log += error.message();
+        }
+        if (round % 20 == 0) log += std::to_string(texts.warnings().size());
+    }
+    return log;
+}
+
+TEST(Threads, ShareAFormula) {
+    const morandel::Formula numbers("mod(x, 7)+1/(x-2)", {"x"});
+    const morandel::Formula texts("strcat(strsub(name, 1, 4), \"·\", r2s(x, 3));", {"name", "x"});
+    constexpr int count = 4;
+    std::vector<std::string> alone(count);
+    for (int i = 0; i < count; ++i) {
+        alone[static_cast<std::size_t>(i)] = compute(numbers, texts, i + 3);
+    }
+    std::vector<std::string> together(count);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) {
+        threads.emplace_back([&, i, copy = numbers] {
+            together[static_cast<std::size_t>(i)] = compute(copy, texts, i + 3);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(together, alone);
+}
+
+TEST(Threads, DoNotFindWhatOthersLeft) {
+    EXPECT_EQ(morandel::tests::found_by_another_thread(), 1.0);
+}
+
+TEST(Threads, ANewEvaluatorForgetsNothingOfOthers) {
+    CExpress giving;
+    CExpress taking;
+    giving.SetExpression("strcase(\"x\", 5)");
+    giving.CalcExpression();
+    std::thread([] { CExpress newer; }).join();
+    taking.SetExpression("if(1, 7)");
+    taking.CalcExpression();
+    EXPECT_EQ(taking.GetResult(), 5.0);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "morandel.h"
+#include <morandel.h>
 
 namespace {
 
@@ -79,6 +79,35 @@ TEST(Record, ACopyPointsAtTheSameSuccessor) {
     EXPECT_EQ(names_of(list), "ab");
 }
 
+TEST(Record, CopiesAndAssignmentsTakeAllWithThem) {
+    const CVariableExpress text(7, "s", "value", "a+1");
+    CVariableExpress copy(text);
+    CVariableExpress assigned(1, "n", 2.5, "");
+    EXPECT_FALSE(assigned.IsString());
+    assigned = text;
+    for (CVariableExpress* r : {&copy, &assigned}) {
+        EXPECT_TRUE(r->IsString());
+        EXPECT_EQ(r->GetType(), 7);
+        EXPECT_EQ(r->GetValue(), 0.0);
+        EXPECT_EQ(r->GetStrValue(), "value");
+        std::string out;
+        r->GetName(out);
+        EXPECT_EQ(out, "s");
+        r->GetExp(out);
+        EXPECT_EQ(out, "a+1");
+    }
+    assigned = CVariableExpress(1, "n", 2.5, "");
+    EXPECT_FALSE(assigned.IsString());
+    EXPECT_EQ(assigned.GetValue(), 2.5);
+    EXPECT_EQ(assigned.GetStrValue(), "");
+
+    List list = list_of("a");
+    *list.GetHead() = text;
+    EXPECT_TRUE(list.GetHead()->IsString()) << "in a list too";
+    List other = list;
+    EXPECT_TRUE(other.GetHead()->IsString());
+}
+
 TEST(Record, AssignedToInAListItKeepsItsPlace) {
     List list = list_of("abc");
     *list.FindByName("a") = *list.FindByName("c");
@@ -121,6 +150,39 @@ TEST(List, GetExpressionErrorIsInert) {
     EXPECT_EQ(list.GetExpressionError(nullptr, nullptr), 0);
     EXPECT_EQ(a, 5);
     EXPECT_EQ(b, 6);
+}
+
+// As any new evaluator does.
+TEST(List, CallsThatMakeAnEvaluatorEmptyThePendingNumbers) {
+    List list = list_of("a");
+    list.Append(0, "b", 0.0, "a+1");
+    List empty;
+    CExpress e;
+    const auto leave_a_number = [&e] {
+        e.SetExpression("strcase(\"x\", 5)");
+        e.CalcExpression();
+    };
+    const auto is_one_pending = [&e] {
+        e.SetExpression("left(\"abcd\", 2)");  // takes one, and fails unless there is another
+        const bool found = e.CalcExpression() == 1;
+        const CExpress nothing_pending;
+        return found;
+    };
+    leave_a_number();
+    EXPECT_TRUE(is_one_pending());
+    EXPECT_FALSE(is_one_pending());
+    leave_a_number();
+    list.GetExpressionError(nullptr, nullptr);
+    EXPECT_FALSE(is_one_pending());
+    leave_a_number();
+    list.Cal();
+    EXPECT_FALSE(is_one_pending());
+    leave_a_number();
+    empty.Cal();
+    EXPECT_FALSE(is_one_pending());
+    leave_a_number();
+    const List copy = list;
+    EXPECT_TRUE(is_one_pending()) << "a copy makes no evaluator";
 }
 
 TEST(List, ACopySharesTheRecords) {

@@ -7,10 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "engine/characters.h"
-#include "engine/express.h"
+#include <morandel/variables.h>
+
+#include "engine/evaluator.h"
+#include "language/characters.h"
 #include "variables/record_store.h"
-#include "variables/variables.h"
 
 namespace morandel {
 
@@ -40,18 +41,13 @@ class Calculation {
     }
 
   private:
-    struct Evaluator : CExpress {
-        using CExpress::Memory;
-        using CExpress::memory;
-        using CExpress::missing_name;
-        using CExpress::parameters;
-    };
-
     struct Waiting {
         CVariableExpress* record;
-        // What it has failed for the lack of, if that is known, and what the evaluator was then.
+        // What it has failed for the lack of, where it can only fail as long as that is missing,
+        // and what the evaluator was then.
         std::string missing_name;
         Evaluator::Memory memory;
+        int settled_texts;
     };
 
     static std::int64_t bound(std::int64_t count) { return count * (count + 1); }
@@ -60,7 +56,7 @@ class Calculation {
     void queue_all() {
         m_waiting.reserve(m_records.size());
         m_records.each_first_of_name([this](CVariableExpress& record) {
-            m_waiting.push_back({&record, {}, {}});
+            m_waiting.push_back({&record, {}, {}, 0});
             hand_on(record);
         });
     }
@@ -72,8 +68,8 @@ class Calculation {
         if (m_settled > 0 || m_stored_shown || std::ranges::none_of(formula, begins_name)) return;
         m_stored_shown = true;
         // Of more variables than there are parameters, formulas see none.
-        m_evaluator.SetNumberOfPara(static_cast<int>(
-            std::min<std::size_t>(m_records.size(), CExpress::max_parameters + 1)));
+        m_evaluator.SetNumberOfPara(
+            static_cast<int>(std::min<std::size_t>(m_records.size(), Parameters::most + 1)));
         int slot = 0;
         for (const Waiting& waiting : m_waiting) {
             CVariableExpress& record = *waiting.record;
@@ -97,16 +93,19 @@ class Calculation {
         return true;
     }
 
-    // The last attempt of all is made in any case, for its message.
+    // And leave the evaluator as it is: a number was read last, and so it would be again, unless
+    // one of the formula's names is a text by now. The last attempt of all is made in any case, for
+    // its message.
     [[nodiscard]] bool would_fail_again(const Waiting& waiting) const {
         return !waiting.missing_name.empty() && parameters_only_grow() && m_attempts_left > 0 &&
-               m_evaluator.memory() == waiting.memory &&
+               m_evaluator.memory() == waiting.memory && waiting.memory.is_number &&
+               m_settled_texts == waiting.settled_texts &&
                m_evaluator.parameters().find(waiting.missing_name) < 0;
     }
 
     // So they do from the first one settled on, while there is room for them.
     [[nodiscard]] bool parameters_only_grow() const {
-        return m_settled > 0 && m_settled <= CExpress::max_parameters;
+        return m_settled > 0 && m_settled <= Parameters::most;
     }
 
     // False where a formula is refused.
@@ -122,9 +121,11 @@ class Calculation {
         if (m_evaluator.SetExpression(formula.c_str()) == 0) return fail();
         if (m_evaluator.CalcExpression() != 0) {
             store_result(record);
-        } else if (parameters_only_grow()) {
-            waiting.missing_name = m_evaluator.missing_name();
+        } else if (const Program& program = m_evaluator.program();
+                   parameters_only_grow() && !program.touches_pending) {
+            waiting.missing_name = program.lacks;
             waiting.memory = m_evaluator.memory();
+            waiting.settled_texts = m_settled_texts;
         }
         return true;
     }
@@ -141,6 +142,7 @@ class Calculation {
     // From the first one settled on, formulas see those settled so far and no others.
     void settle(const CVariableExpress& record, bool is_string) {
         const int slot = m_settled++;
+        if (is_string) ++m_settled_texts;
         m_evaluator.SetNumberOfPara(m_settled);
         set_parameter(slot, record, is_string, m_number, m_text);
     }
@@ -161,7 +163,7 @@ class Calculation {
     void store_result(CVariableExpress& record) {
         m_result_type = m_evaluator.GetResultType();
         if (m_result_type == type_text) {
-            m_text = m_evaluator.m_StrResult;
+            m_text = m_result_text;
             record.SetStrValue(m_text);
         } else {
             m_number = m_evaluator.GetResult();
@@ -173,19 +175,23 @@ class Calculation {
     }
 
     bool fail() {
-        m_error = m_evaluator.m_ErrorMessage;
+        m_error = m_message;
         return false;
     }
 
     RecordStore& m_records;
     std::string& m_error;
     int& m_result_type;
-    Evaluator m_evaluator;
+    std::string m_result_text;
+    std::string m_message;
+    int m_status = 1;
+    Evaluator m_evaluator{m_result_text, m_message, m_status};
     double m_number = 0.0;  // handed on last
     std::string m_text;
     std::int64_t m_attempts_left;  // before the one that is too many
     std::vector<Waiting> m_waiting;
     int m_settled = 0;
+    int m_settled_texts = 0;  // of those
     bool m_stored_shown = false;
 };
 

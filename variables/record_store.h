@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "variables/variable_express.h"
+#include <morandel/variables.h>
 
 namespace morandel {
 

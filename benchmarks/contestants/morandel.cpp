@@ -1,6 +1,8 @@
-#include "morandel.h"
+#include <morandel.h>
+#include <morandel/formula.hpp>
 
 #include <deque>
+#include <memory>
 #include <unordered_map>
 
 #include "benchmarks/contestant.h"
@@ -29,6 +31,27 @@ double compute(CExpress& e, const Formula& formula) {
     return e.GetResult();
 }
 
+morandel::Formula prepared_formula(const std::string& text, const std::vector<std::string>& names,
+                                   morandel::Kind kind) {
+    std::vector<morandel::Name> list;
+    for (const std::string& name : names) list.emplace_back(name, kind);
+    return {text, list};
+}
+
+morandel_column column(const Numbers& numbers) {
+    return {MORANDEL_NUMBER, numbers.data(), sizeof(double), nullptr, nullptr, 0, 0};
+}
+morandel_column column(const Texts& texts) {
+    return {MORANDEL_TEXT,       nullptr,           0, texts.bytes.data(), texts.offsets.data(),
+            sizeof(std::size_t), texts.bytes.size()};
+}
+template <class Column>
+std::vector<morandel_column> list(const std::vector<Column>& columns, std::size_t count) {
+    std::vector<morandel_column> all;
+    for (std::size_t i = 0; i < count; ++i) all.push_back(column(columns[i]));
+    return all;
+}
+
 class Morandel final : public Contestant {
   public:
     double one_shot(const Formula& formula, const std::vector<double>& values) override {
@@ -47,6 +70,72 @@ class Morandel final : public Contestant {
         Prepared& prepared = m_prepared[index];
         set_values(prepared.evaluator, prepared.parameters, values);
         return compute(prepared.evaluator, prepared.formula);
+    }
+
+    bool has_prepared() const override { return true; }
+    double prepared(std::size_t index, const std::vector<double>& values) override {
+        return m_prepared[index].prepared.compute_numbers(values.data(), values.size());
+    }
+
+    bool has_columns() const override { return true; }
+    Work columns(const ColumnFormula& formula, const std::vector<Numbers>& columns,
+                 double* results) override {
+        return
+            [prepared = prepared_formula(formula.morandel, formula.names, morandel::Kind::number),
+             given = list(columns, formula.names.size()),
+             status = std::make_shared<std::vector<unsigned char>>(columns[0].rows()), results] {
+                morandel_formula_columns(prepared.handle(), given.data(), given.size(),
+                                         status->size(), results, status->data(), nullptr);
+            };
+    }
+    Work row_by_row(const ColumnFormula& formula, const std::vector<Numbers>& columns,
+                    double* results) override {
+        const Formula text = {"", formula.morandel, "", "", formula.names};
+        return [prepared = std::make_shared<Prepared>(text), &columns, results] {
+            std::vector<double> values(prepared->parameters.size());
+            for (std::size_t row = 0; row < columns[0].rows(); ++row) {
+                for (std::size_t i = 0; i < values.size(); ++i) values[i] = columns[i].data()[row];
+                set_values(prepared->evaluator, prepared->parameters, values);
+                results[row] = compute(prepared->evaluator, prepared->formula);
+            }
+        };
+    }
+
+    Work text_columns(const TextFormula& formula, const std::vector<Texts>& columns,
+                      Texts* copy) override {
+        return [prepared = prepared_formula(formula.morandel, {"s", "t"}, morandel::Kind::text),
+                given = list(columns, columns.size()),
+                status = std::make_shared<std::vector<unsigned char>>(text_rows), copy] {
+            morandel_texts* made = nullptr;
+            morandel_formula_text_columns(prepared.handle(), given.data(), given.size(), text_rows,
+                                          &made, status->data(), nullptr);
+            const std::unique_ptr<morandel_texts, decltype(&morandel_texts_free)> owned(
+                made, morandel_texts_free);
+            if (copy == nullptr) return;
+            const std::size_t* offsets = morandel_texts_offsets(made);
+            copy->bytes.assign(morandel_texts_bytes(made, nullptr), offsets[text_rows]);
+            copy->offsets.assign(offsets, offsets + text_rows + 1);
+        };
+    }
+    Work text_row_by_row(const TextFormula& formula, const std::vector<Texts>& columns,
+                         Texts* copy) override {
+        return [this, &formula, &columns, copy, made = std::make_shared<Texts>()] {
+            made->bytes.clear();
+            made->offsets.resize(1);
+            m_evaluator.ClearOld();
+            m_evaluator.SetNumberOfPara(2);
+            for (std::size_t row = 0; row < text_rows; ++row) {
+                for (std::size_t i = 0; i < m_texts.size(); ++i) {
+                    const std::size_t* at = &columns[i].offsets[row];
+                    m_texts[i].strValue.assign(columns[i].bytes, at[0], at[1] - at[0]);
+                    m_evaluator.SetPara(&m_texts[i], static_cast<int>(i) + 1, true);
+                }
+                m_evaluator.SetExpression(formula.morandel.c_str());
+                m_evaluator.CalcExpression();
+                made->add(m_evaluator.m_StrResult);
+            }
+            if (copy != nullptr) *copy = *made;
+        };
     }
 
     bool has_texts() const override { return true; }
@@ -80,11 +169,15 @@ class Morandel final : public Contestant {
 
   private:
     struct Prepared {
-        explicit Prepared(const Formula& text) : formula(text), parameters(records(text.names)) {
+        explicit Prepared(const Formula& text)
+            : formula(text),
+              parameters(records(text.names)),
+              prepared(prepared_formula(text.morandel, text.names, morandel::Kind::number)) {
             evaluator.SetNumberOfPara(static_cast<int>(parameters.size()));
         }
         Formula formula;
         std::vector<MYPARA> parameters;
+        morandel::Formula prepared;
         CExpress evaluator;
     };
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <deque>
+#include <memory>
 
 #include "benchmarks/contestant.h"
 
@@ -59,6 +60,19 @@ class MuParserContestant final : public Contestant {
         Bound& bound = m_prepared[index];
         std::copy(values.begin(), values.end(), bound.values.begin());
         return bound.parser.Eval();
+    }
+
+    bool has_columns() const override { return true; }
+    Work columns(const ColumnFormula& formula, const std::vector<Numbers>& columns,
+                 double* results) override {
+        auto parser = std::make_shared<mu::Parser>();
+        for (std::size_t i = 0; i < formula.names.size(); ++i) {
+            parser->DefineVar(formula.names[i], columns[i].data());
+        }
+        parser->SetExpr(formula.muparser);
+        return [parser, results, rows = static_cast<int>(columns[0].rows())] {
+            parser->Eval(results, rows);
+        };
     }
 
     double batch(const std::vector<Definition>& definitions) override {

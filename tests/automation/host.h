@@ -100,7 +100,7 @@ class Host {
     Outcome call(DISPID id, DISPPARAMS& parameters, WORD flags = DISPATCH_METHOD) const {
         Outcome outcome;
         EXCEPINFO exception{};
-        outcome.result = m_dispatch->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+        outcome.result = m_dispatch->Invoke(id, IID_NULL, locale, flags, &parameters,
                                             &outcome.value, &exception, &outcome.argument);
         outcome.code = exception.scode;
         if (exception.bstrDescription != nullptr) outcome.description = exception.bstrDescription;
@@ -113,6 +113,7 @@ class Host {
     [[nodiscard]] IDispatch* get() const { return m_dispatch; }
 
     HRESULT created = E_FAIL;
+    LCID locale = LOCALE_USER_DEFAULT;  // of the calls
 
   private:
     IDispatch* m_dispatch = nullptr;

@@ -2,10 +2,10 @@
 
 #include <cstdlib>
 
+#include <morandel.h>
+#include <morandel/errors.h>
+#include "base/value.h"
 #include "cli/encoding.h"
-#include "engine/errors.h"
-#include "engine/value.h"
-#include "morandel.h"
 
 namespace morandel::hosts {
 namespace {
@@ -69,7 +69,7 @@ class Translation {
 
     void evaluate(const Expectation& e) {
         for (const Let* let : m_lets) {
-            if (let->is_text && !is_text(let->text)) return;
+            if (!is_text(let->name) || (let->is_text && !is_text(let->text))) return;
         }
         if (e.refused || (!e.error && !e.number && !e.text && !e.type)) return;
         if (e.error && !fails_alike(*e.error)) return;

@@ -271,8 +271,8 @@ TEST_F(Invoke, HostileArgumentsOfEveryType) {
 TEST_F(Invoke, TooFewArgumentsAreCounted) {
     EXPECT_EQ(m_host.call(L"SetValue", {}).result, DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(m_host.call(L"SetValue", {m_given, m_name, m_zero}).result, DISP_E_BADPARAMCOUNT);
-    EXPECT_EQ(m_host.call(L"ExpressionCheck", {m_formula}).result, DISP_E_BADPARAMCOUNT)
-        << "only the last one may be left out";
+    EXPECT_EQ(m_host.call(L"GetExpressionError", {m_zero, m_zero}).result, DISP_E_BADPARAMCOUNT)
+        << "only the last one may be left out, or all";
     EXPECT_EQ(m_host.call(L"GetValue", {}).result, DISP_E_BADPARAMCOUNT);
 }
 

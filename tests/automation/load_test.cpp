@@ -92,4 +92,18 @@ TEST(Load, AMillionCallsLeaveNothingBehind) {
     EXPECT_LT(memory_in_use(), before + 65'536);
 }
 
+// Calls from there cross to an apartment of the object's own; texts of bytes cross only as
+// IDispatch has them.
+TEST(Load, AMultithreadedApartmentReachesTheObjectThroughIDispatchOnly) {
+    ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+    {
+        const Host host;
+        ASSERT_EQ(host.created, S_OK);
+        EXPECT_EQ(six_times_seven(host), 42.0);
+        void* early = nullptr;
+        EXPECT_EQ(host.get()->QueryInterface(IID_IComExpress, &early), E_NOINTERFACE);
+    }
+    CoUninitialize();
+}
+
 }  // namespace

@@ -350,8 +350,42 @@ TEST_F(Library, CarriesItsResources) {
     EXPECT_EQ(std::wstring(name), L"Morandel");
     EXPECT_NE(FindResourceW(m_library, MAKEINTRESOURCEW(1), L"TYPELIB"), nullptr);
     EXPECT_NE(FindResourceW(m_library, MAKEINTRESOURCEW(102), L"REGISTRY"), nullptr);
-    // The version: type 16, number 1.
-    EXPECT_NE(FindResourceW(m_library, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16)), nullptr);
+    const struct {
+        WORD type;
+        WORD number;
+    } others[] = {{3, 1}, {14, 1}, {16, 1}, {24, 1}};  // icon, its group, version, manifest
+    for (const auto& [type, number] : others) {
+        EXPECT_NE(FindResourceW(m_library, MAKEINTRESOURCEW(number), MAKEINTRESOURCEW(type)),
+                  nullptr)
+            << type;
+    }
+}
+
+TEST_F(Library, SaysWhatItIs) {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(m_library, path, MAX_PATH);
+    std::vector<BYTE> version(GetFileVersionInfoSizeW(path, nullptr));
+    ASSERT_NE(GetFileVersionInfoW(path, 0, static_cast<DWORD>(version.size()), version.data()), 0);
+    const std::pair<const wchar_t*, const wchar_t*> strings[] = {
+        {L"FileDescription", L"Morandel formula calculation"},
+        {L"FileVersion", L"10.0.0"},
+        {L"InternalName", L"Morandel10"},
+        {L"OriginalFilename", L"Morandel10.dll"},
+        {L"ProductName", L"Morandel"},
+        {L"ProductVersion", L"10.0.0"},
+    };
+    for (const auto& [name, wanted] : strings) {
+        void* text = nullptr;
+        UINT size = 0;
+        const std::wstring place = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
+        ASSERT_NE(VerQueryValueW(version.data(), place.c_str(), &text, &size), 0) << place.size();
+        EXPECT_EQ(std::wstring(static_cast<const wchar_t*>(text)), wanted);
+    }
+    void* fixed = nullptr;
+    UINT size = 0;
+    ASSERT_NE(VerQueryValueW(version.data(), L"\\", &fixed, &size), 0);
+    EXPECT_EQ(static_cast<const VS_FIXEDFILEINFO*>(fixed)->dwFileVersionMS, 10U << 16U);
+    EXPECT_EQ(static_cast<const VS_FIXEDFILEINFO*>(fixed)->dwFileVersionLS, 0U);
 }
 
 TEST_F(Library, AHundredThousandObjectsLeaveNothingBehind) {

@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "morandel.h"
+#include <morandel.h>
 
 namespace {
 
@@ -111,7 +111,7 @@ json get_variable(CExpress& e, const json& op) {
 json convert(const json& op) {
     std::string text;
     const auto error = morandel::number_to_text(number_of(op, "x"), op.at("digits"), text);
-    const bool converted = error == morandel::Error::none;
+    const bool converted = error == morandel::ErrorNumber::none;
     return {{"ret", converted ? 1 : 0},
             {"text", from_bytes(text)},
             {"error", converted ? 0 : static_cast<int>(error)}};

@@ -35,7 +35,15 @@ check("type of none", o.get_Variable_Type(3), undefined);
 check("no faults", o.ExpressionCheck("1+2", 0), undefined);
 check("faults", o.ExpressionCheck("sqrt(\"a\")", 0), 1);
 check("the first one", o.GetExpressionError(0, 0, 0, 0), "sqrt");
-o.ExpressionCheck("1", 0);
+var all = new VBArray(o.ExpressionCheck("\"a\"*2+sqrt(\"b\")")).toArray();
+check("all outputs", all.length, 2);
+check("there are faults", all[0], 0);
+check("their number", all[1], 2);
+all = new VBArray(o.GetExpressionError()).toArray();
+check("all of a fault", all.join(), "1,1,5,1,*");
+all = new VBArray(o.ExpressionCheck("1")).toArray();
+check("no faults", all[0], 1);
+check("their number is not written", all[1], undefined);
 var thrown = "nothing";
 try {
     o.GetExpressionError(0, 0, 0, 0);
@@ -43,6 +51,16 @@ try {
     thrown = (problem.number >>> 0).toString(16);
 }
 check("no faults to read", thrown, "80070057");
+thrown = "nothing";
+try {
+    o.GetExpressionError();
+} catch (problem) {
+    thrown = (problem.number >>> 0).toString(16);
+}
+check("nor as an array", thrown, "80070057");
+o.Clear();
+o.SetValue(0, "big", 0, 1e21);
+check("a number as a formula", o.GetValue("big"), 1e21);
 o.Clear();
 o.SetValue(1, "a", 5, "");
 check("the object lives on", o.GetValue("a"), 5);

@@ -13,3 +13,6 @@ Check "bytes", o.GetValue("n"), 4
 Check "the result of the call", o.GetStringValue("t"), "苹果！"
 o.Clear
 Check "after Clear", o.GetStringValue("t"), ""
+o.SetStringValue 0, "t", "", "left(""abcd"",2)"
+o.GetValue "t", v
+Check "retried", o.GetStringValue("t"), "ab"

@@ -1,0 +1,130 @@
+// The functions that take more than a few lines: mod, and those that work on a number's decimal
+// text, int, deci and preci.
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+
+#include "arithmetic/functions.h"
+#include "base/numbers.h"
+#include "base/value.h"
+
+namespace morandel {
+namespace {
+
+// A number's decimals as digits, at most 20 of them.
+struct Decimals {
+    std::array<char, 22> text{'0', '.'};
+    std::size_t count = 0;
+
+    explicit Decimals(std::string_view digits) : count(digits.size()) {
+        std::ranges::copy(digits, text.begin() + 2);
+    }
+    char& digit(std::size_t place) { return text[place + 2]; }
+    void keep(std::size_t places) { count = std::min(count, places); }
+    double value() const { return digits_to_number({text.data(), count + 2}); }
+};
+
+// A fraction that is itself one of these keeps its nines. Deliberate: twelve nines are missing.
+bool keeps_its_nines(double fraction) {
+    static constexpr double kept[] = {0.9999,       0.99999,       0.999999,
+                                      0.9999999,    0.99999999,    0.999999999,
+                                      0.9999999999, 0.99999999999, 0.9999999999999};
+    return std::ranges::find(kept, fraction) != std::end(kept);
+}
+
+// Takes the first four nines in a row for a carry into the digit before them.
+void clean_up_nines(Decimals& decimals) {
+    const std::string_view digits{&decimals.digit(0), decimals.count};
+    const std::size_t run = digits.find("9999");
+    // Deliberate: a run right after the point stays.
+    if (run == std::string_view::npos || run == 0) return;
+    ++decimals.digit(run - 1);
+    decimals.keep(run);
+}
+
+// Rounds half up to so many places; true where the carry leaves the first one.
+bool round_up(Decimals& decimals, std::size_t places) {
+    if (decimals.count <= places || decimals.digit(places) <= '4') return false;
+    decimals.keep(places);
+    while (decimals.count > 0) {
+        char& last = decimals.digit(decimals.count - 1);
+        if (last != '9') {
+            ++last;
+            return false;
+        }
+        --decimals.count;
+    }
+    return true;
+}
+
+}  // namespace
+
+Error modulo(double& x, double divisor) {
+    if (divisor == 0.0) return Error::modulo_by_zero;
+    constexpr double countable = 0x1p53;
+    const double dividend = std::abs(x);
+    const double step = std::abs(divisor);
+    const double quotient = dividend / step;
+    if (quotient <= countable) {
+        // Rounded multiples do not fall, so only the counts next to the quotient can meet it.
+        const double nearest = std::floor(quotient);
+        for (double count = nearest - 2.0; count <= nearest + 2.0; count += 1.0) {
+            if (count >= 1.0 && step * count == dividend) {
+                x = 0.0;
+                return Error::none;
+            }
+        }
+    }
+    x = std::fmod(x, divisor);
+    return Error::none;
+}
+
+Error integer_part(double& x) {
+    if (x > range_bound) return Error::out_of_range;
+    const double value = x;
+    x = std::trunc(value);
+    // Below this the sixth decimal cannot carry. A NaN and the infinities give themselves back.
+    if (std::isinf(value) || !(std::abs(value - x) > 0.999999)) return Error::none;
+    NumberBuffer buffer;
+    const std::string_view text = format_fixed(std::abs(value), 6, buffer);
+    x = std::copysign(digits_to_number(text.substr(0, text.find('.'))), value);
+    return Error::none;
+}
+
+Error decimal_part(double& x) {
+    if (x > range_bound) return Error::out_of_range;
+    if (!std::isfinite(x)) {
+        x = 0.0;
+        return Error::none;
+    }
+    NumberBuffer buffer;
+    const std::string_view text = format_fixed(x, 15, buffer);
+    x = Decimals(text.substr(text.find('.') + 1)).value();
+    return Error::none;
+}
+
+Error round_to_decimals(double& x, double decimals) {
+    constexpr double most_decimals = 15;
+    double whole_decimals = 0.0;
+    const bool fraction = std::modf(decimals, &whole_decimals) != 0.0;
+    if (decimals < 0.0 || (whole_decimals != 0.0 && fraction)) return Error::decimals_not_natural;
+    if (decimals > most_decimals) return Error::too_many_decimals;
+    if (std::isnan(x)) return Error::decimals_beyond_number;
+
+    double whole = 0.0;
+    const double rest = std::modf(x, &whole);
+    NumberBuffer buffer;
+    const std::string_view text = format_fixed(x, 20, buffer);
+    Decimals digits(text.substr(text.find('.') + 1));
+    if (!keeps_its_nines(rest)) clean_up_nines(digits);
+
+    const auto places = static_cast<std::size_t>(whole_decimals);
+    if (round_up(digits, places)) whole += whole > 0.0 || !(x < 0.0) ? 1.0 : -1.0;
+    digits.keep(places);
+    x = x < 0.0 ? whole - digits.value() : whole + digits.value();
+    return Error::none;
+}
+
+}  // namespace morandel

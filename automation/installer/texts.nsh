@@ -1,0 +1,21 @@
+﻿; What the installer says, in its two languages.
+
+!macro TEXT name english chinese
+    LangString ${name} ${LANG_ENGLISH} "${english}"
+    LangString ${name} ${LANG_SIMPCHINESE} "${chinese}"
+!macroend
+
+!insertmacro TEXT DisplayName "Morandel formula calculation" "Morandel 公式计算"
+!insertmacro TEXT ScopeTitle "For whom" "为谁安装"
+!insertmacro TEXT ScopeQuestion "Who is to use the library?" "谁要使用这个库？"
+!insertmacro TEXT ForUser "For me alone, without an administrator's rights" "只为我自己，不需要管理员权限"
+!insertmacro TEXT ForMachine "For everybody on this machine" "为这台机器上的所有用户"
+!insertmacro TEXT LibraryName "Library, command, examples" "库、命令、示例"
+!insertmacro TEXT LibraryDescription "Both kinds, for 64- and 32-bit programs, registered." "64 位和 32 位两种，并且注册。"
+!insertmacro TEXT PathName "The command on the path" "把命令加入路径"
+!insertmacro TEXT PathDescription "So that a command prompt finds morandel." "让命令提示符能找到 morandel。"
+!insertmacro TEXT IsInUse "A program has this file loaded:$\r$\n$InUse$\r$\n$\r$\nEnd that program, then try again. Nothing has been changed." "有程序正在使用这个文件：$\r$\n$InUse$\r$\n$\r$\n请结束该程序后重试。尚未作任何更改。"
+!insertmacro TEXT NoRights "This needs an administrator's rights. Nothing has been changed." "这需要管理员权限。未作任何更改。"
+!insertmacro TEXT CannotUnpack "The files cannot be unpacked. Nothing has been changed." "文件不能解开。未作任何更改。"
+!insertmacro TEXT CannotRemoveOld "The older version cannot be removed. Nothing has been changed." "不能删除旧版本。未作任何更改。"
+!insertmacro TEXT CannotRegister "The library cannot be registered; it has been removed again." "不能注册这个库，已经重新删除。"

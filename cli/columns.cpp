@@ -1,0 +1,54 @@
+#include "cli/columns.h"
+
+#include <algorithm>
+
+#include "cli/lines.h"
+#include "cli/messages.h"
+#include "cli/tokens.h"
+
+namespace morandel::cli {
+
+std::string name_of_title(std::string_view title) {
+    std::string name(trim(title));
+    const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
+    for (char& c : name) {
+        const bool is_letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        if (!is_letter && !is_digit(c) && static_cast<unsigned char>(c) < 0x80) c = '_';
+    }
+    if (!name.empty() && (is_digit(name.front()) || is_reserved(name))) name.insert(0, "_");
+    return name;
+}
+
+void Columns::add(std::string title, bool is_computed) {
+    std::string name = name_of_title(title);
+    if (name.empty()) name = "c" + std::to_string(m_columns.size() + 1);
+    m_columns.push_back({std::move(title), std::move(name), is_computed});
+}
+
+std::optional<std::size_t> Columns::find(std::string_view wanted) const {
+    for (const auto part : {&Column::title, &Column::name}) {
+        for (std::size_t i = m_columns.size(); i > 0 && m_columns[i - 1].is_computed; --i) {
+            if (m_columns[i - 1].*part == wanted) return i - 1;
+        }
+    }
+    for (const auto part : {&Column::title, &Column::name}) {
+        const auto found = std::ranges::find(m_columns, wanted, part);
+        if (found == m_columns.end()) continue;
+        const auto other = std::find_if(found + 1, m_columns.end(), [&](const Column& column) {
+            return !column.is_computed && column.*part == wanted;
+        });
+        const auto place = [this](auto column) { return column - m_columns.begin(); };
+        if (other == m_columns.end()) return static_cast<std::size_t>(place(found));
+        throw Problem(say("'{0}' may be column {1} ('{2}') or column {3} ('{4}')", wanted,
+                          place(found) + 1, found->title, place(other) + 1, other->title));
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> Columns::names() const {
+    std::vector<std::string> names;
+    for (const Column& column : m_columns) names.push_back(column.name);
+    return names;
+}
+
+}  // namespace morandel::cli

@@ -1,0 +1,119 @@
+#include "engine/free_variables.h"
+
+#include <algorithm>
+#include <array>
+
+#include "language/characters.h"
+#include "language/functions.h"
+#include "language/operators.h"
+
+namespace morandel {
+namespace {
+
+// The argument lists around a token, the innermost last.
+class OpenLists {
+  public:
+    void read(const Token& token, const Token* before) {
+        if (token.code == '(') {
+            m_lists[m_depth++] = {before != nullptr ? before->prefix : '\0', 0};
+        } else if (token.code == ')') {
+            m_depth -= m_depth > 0 ? 1 : 0;
+        } else if (token.code == ',' && m_depth > 0) {
+            ++m_lists[m_depth - 1].commas;
+        }
+    }
+
+    // Type of an argument that begins now, by the table of functions; type where it says none.
+    [[nodiscard]] int argument_type(int type) const {
+        if (m_depth == 0) return type;
+        const auto [code, commas] = m_lists[m_depth - 1];
+        const FunctionRow* row = function_of_code(code);
+        if (commas == 0) return row != nullptr ? row->first_type : type_number;
+        if (row == nullptr || row->further_types.empty()) return type;
+        const std::string_view further = row->further_types;
+        return further[std::min(commas, further.size()) - 1] - '0';
+    }
+
+  private:
+    struct List {
+        char code;  // of the function, or of a sign
+        std::size_t commas;
+    };
+
+    std::array<List, longest_formula> m_lists;
+    std::size_t m_depth = 0;
+};
+
+bool is_text_operator(const Token* token) {
+    const Operator* row = token != nullptr ? operator_of_code(token->code) : nullptr;
+    return row != nullptr && row->texts != nullptr;
+}
+
+}  // namespace
+
+void FreeVariables::list(TokenReader& tokens) {
+    constexpr int farthest_look_back = 254;
+
+    clear();
+    OpenLists lists;
+    const Token* before = nullptr;   // the token before the current one
+    const Token* before2 = nullptr;  // and the one before that
+    bool argument_seen = false;      // never taken back within a formula
+    int open_before_constant = 0;    // position of the last "(" with a constant after it
+
+    tokens.get_token();
+    for (int position = 0; tokens.type() != NONE; ++position) {
+        const Token& token = tokens.token();
+        if (is_text_operator(before) && m_VariableList != nullptr && before2 != nullptr &&
+            before2->code != ')') {
+            m_VariableList->type = type_text;
+        }
+        const bool after_open = before != nullptr && before->code == '(';
+        if (tokens.type() == VARIABLE) {
+            if (const VariableNode* known = find(token.text)) {
+                m_type = known->type;
+            } else {
+                // Deliberate: the "(" that begins the formula does not count.
+                if (open_before_constant > 0 &&
+                    open_before_constant >= position - farthest_look_back) {
+                    argument_seen = true;
+                }
+                const bool after_comma = before != nullptr && before->code == ',';
+                if (after_open || (after_comma && argument_seen)) {
+                    m_type = lists.argument_type(m_type);
+                } else {
+                    m_type = is_text_operator(before) ? type_text : type_number;
+                }
+                argument_seen = argument_seen || after_open;
+                push(token.text, m_type);
+            }
+        } else if (after_open && tokens.type() == CONSTANT) {
+            open_before_constant = position - 1;
+        }
+        lists.read(token, before);
+        before2 = before;
+        before = &token;
+        tokens.get_token();
+    }
+}
+
+const VariableNode* FreeVariables::find(std::string_view name) const {
+    for (const VariableNode* node = m_VariableList; node != nullptr; node = node->next) {
+        if (node->name == name) return node;
+    }
+    return nullptr;
+}
+
+// Nodes of earlier formulas are used again.
+void FreeVariables::push(std::string_view name, int type) {
+    const auto count = static_cast<std::size_t>(m_VariableNum);
+    if (count == m_nodes.size()) m_nodes.push_back(std::make_unique<VariableNode>());
+    VariableNode& node = *m_nodes[count];
+    node.name = name;
+    node.type = type;
+    node.next = m_VariableList;
+    m_VariableList = &node;
+    ++m_VariableNum;
+}
+
+}  // namespace morandel

@@ -1,0 +1,136 @@
+#include "engine/machine.h"
+
+#include <cmath>
+
+#include "language/functions.h"
+#include "language/operators.h"
+
+namespace morandel {
+namespace {
+
+// Not beyond the range, and no NaN, whose sign depends on the order of operands.
+bool is_ordinary(double number) {
+    return std::abs(number) <= range_bound;
+}
+
+// What no operator at hand does, by its row.
+Error compute(const Step& step, double& value, double right) {
+    if (step.kind == StepKind::unary) return function_of_code(step.code)->body.number(value);
+    return operator_of_code(step.code)->number(value, right);
+}
+
+}  // namespace
+
+bool run_numbers(const Program& program, double* numbers) {
+    // The result before is at hand sooner than it can be read again.
+    double value = 0.0;
+    Register place = Registers::nothing;
+    for (const Step& step : program.steps) {
+        if (step.left != place) value = numbers[step.left];
+        const double right = numbers[step.right];
+        // clang-format off
+        switch (step.code) {
+            case '+': value += right; break;
+            case '-': value -= right; break;
+            case '*': value *= right; break;
+            case '^': raise(value, right); break;
+            case '>': relate<Greater>(value, right); break;
+            case '<': relate<Less>(value, right); break;
+            case '=': relate<Equal>(value, right); break;
+            case code_and: relate<Both>(value, right); break;
+            case code_or: relate<Either>(value, right); break;
+            case code_ge: relate<NotLess>(value, right); break;
+            case code_le: relate<NotGreater>(value, right); break;
+            case code_ne: relate<NotEqual>(value, right); break;
+            case code_negate: value = -value; break;
+            case '/': if (divide(value, right) != Error::none) return false; break;
+            default: if (compute(step, value, right) != Error::none) return false; break;
+        }
+        // clang-format on
+        if (!is_ordinary(value)) return false;
+        place = step.result;
+        numbers[place] = value;
+    }
+    return true;
+}
+
+Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
+    m_sets.assign(program.argument_sets, {});
+    m_texts.clear();
+    for (const Step& step : program.steps) {
+        Value value = m_registers.value(step.left);
+        switch (step.kind) {
+            case StepKind::unary:
+                unary(step.code, value);
+                break;
+            case StepKind::StringFunction:
+                StringFunction(step.code, value, m_sets[step.right], numbers);
+                break;
+            case StepKind::atith:
+                atith(step.code, value, m_registers.numbers()[step.right]);
+                break;
+            case StepKind::MUL_Atith:
+                MUL_Atith(step.code, value, m_registers.value(step.right));
+                break;
+            case StepKind::first_argument:
+                m_pending.first_argument.text = value.text;
+                m_pending.first_argument.index = m_pending.m_TempStr.size();
+                continue;
+            case StepKind::further_argument:
+                further_argument(step, numbers);
+                continue;
+            case StepKind::serror:
+                m_faults.serror(step.left);
+                continue;
+        }
+        m_registers.set(step.result, value);
+    }
+    return m_registers.value(program.result);
+}
+
+void Machine::unary(char code, Value& value) {
+    value.type = result_type(code);
+    if (code == code_negate) {
+        value.number = -value.number;
+    } else {
+        serror(function_of_code(code)->body.number(value.number));
+    }
+}
+
+void Machine::atith(char code, Value& left, double right) {
+    if (!in_range(left.number) || !in_range(right)) return serror(Error::out_of_range);
+    // Deliberate: to the power of 0, the type of the left side stays, a text too.
+    if (code != '^' || right != 0.0) left.type = type_number;
+    serror(operator_of_code(code)->number(left.number, right));
+}
+
+void Machine::MUL_Atith(char code, Value& left, const Value& right) {
+    const Operator& row = *operator_of_code(code);
+    if (row.texts != nullptr) {
+        left.number = row.texts(left.text, right.text) ? 1.0 : 0.0;
+    } else {
+        row.number(left.number, right.number);
+    }
+    left.type = type_number;
+}
+
+void Machine::StringFunction(char code, Value& value, const ExtraArguments& extra,
+                             ArgumentStack<double>& numbers) {
+    Call call{value, extra, m_pending.m_TempStr, numbers, m_pending.first_argument, m_texts};
+    serror(function_of_code(code)->body.routine(call));
+}
+
+void Machine::further_argument(const Step& step, ArgumentStack<double>& numbers) {
+    const Value value = m_registers.value(step.left);
+    if (value.type == type_text) {
+        m_pending.push(value.text);
+    } else {
+        numbers.push(value.number);
+    }
+    const auto place = static_cast<std::size_t>(step.code);
+    if (place < ExtraArguments::kept && step.right != no_set) {
+        m_sets[step.right].values[place] = value.number;
+    }
+}
+
+}  // namespace morandel

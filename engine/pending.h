@@ -1,0 +1,51 @@
+// What calls leave for the calls and evaluations after them.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "strfuncs/argument_stack.h"
+
+namespace morandel {
+
+// The numbers of further arguments. Deliberate: shared by all evaluators that compute on a thread,
+// and emptied by the construction of any. Built with MORANDEL_PROCESS_WIDE_STATE, it is one for the
+// process, and no two threads may compute at the same time.
+#ifdef MORANDEL_PROCESS_WIDE_STATE
+extern constinit ArgumentStack<double> g_NumArray;
+#else
+extern constinit thread_local ArgumentStack<double> g_NumArray;
+#endif
+
+// What an evaluator has of its own, with the numbers that it computes with.
+class Pending {
+  public:
+    // How much of what earlier formulas left behind an evaluation starts with.
+    static constexpr std::size_t most = 65'536;
+    static constexpr std::size_t most_bytes = std::size_t{64} << 20;
+
+    void push(std::string_view text) {
+        m_TempStr.push(text);
+        m_pushed_bytes += text.size();
+    }
+
+    // Lets the oldest go of what is too much.
+    void drop_excess(ArgumentStack<double>& numbers) {
+        if (numbers.size() > most || m_TempStr.size() > most || m_pushed_bytes > most_bytes) {
+            drop(numbers);
+        }
+    }
+
+    ArgumentStack<std::string> m_TempStr;  // texts of further arguments
+    StringArgument first_argument;
+
+  private:
+    void drop(ArgumentStack<double>& numbers);
+
+    std::size_t m_pushed_bytes = 0;  // since those pending were counted last
+};
+
+}  // namespace morandel

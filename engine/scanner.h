@@ -1,0 +1,116 @@
+// Cuts a formula into tokens, one at a time.
+
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "base/numbers.h"
+#include "engine/token.h"
+#include "language/characters.h"
+#include "language/words.h"
+
+namespace morandel {
+
+// Reads from a terminated text of at most 512 bytes. Tokens refer to its bytes.
+class Scanner {
+  public:
+    explicit Scanner(const char* formula) : m_formula(formula), m_next(formula) {}
+
+    // Reads the next token and tells what its first byte begins: a single token, a name, a number,
+    // a literal, or nothing. At the terminator, or at a byte that starts no token, it is the end
+    // token, and stays so.
+    int read(Token& token) {
+        skip_blanks();
+        token.m_IsStringLiteral = false;
+        const int starts = character_table[static_cast<unsigned char>(*m_next)];
+        if ((starts & single) != 0) return read_single(token);
+        if ((starts & name_start) != 0) return read_name(token);
+        if ((starts & digit) != 0) return read_number(token);
+        if ((starts & quote) != 0) return read_literal(token);
+        set_kind(token, {});
+        return 0;
+    }
+
+    // The same with its place.
+    void read_with_place(Token& token) {
+        skip_blanks();
+        token.begin = offset();
+        read(token);
+        token.end = offset();
+    }
+
+    // As though the text ended here.
+    void stop() { m_formula = m_next = ""; }
+
+  private:
+    void skip_blanks() {
+        while (*m_next == ' ') ++m_next;
+    }
+    // The offset of what is read next.
+    [[nodiscard]] std::uint16_t offset() const {
+        return static_cast<std::uint16_t>(m_next - m_formula);
+    }
+
+    static std::string_view text_between(const char* begin, const char* end) {
+        return {begin, static_cast<std::size_t>(end - begin)};
+    }
+
+    static void set_kind(Token& token, const TokenKind& kind) {
+        static_cast<TokenKind&>(token) = kind;
+    }
+
+    int read_single(Token& token) {
+        set_kind(token, kinds_of_bytes[static_cast<unsigned char>(*m_next)]);
+        ++m_next;
+        return single;
+    }
+
+    int read_number(Token& token) {
+        set_kind(token, {TokenClass::number});
+        m_next = read_digits(m_next, token.number);
+        return digit;
+    }
+
+    int read_name(Token& token) {
+        const char* begin = m_next;
+        m_next = end_of_name(begin);
+        const std::string_view text = text_between(begin, m_next);
+        token.text = text;
+        if (text.size() == 1) {
+            set_kind(token, kinds_of_bytes[static_cast<unsigned char>(*begin)]);
+        } else {
+            set_kind(token, {TokenClass::name});
+            isFunction(token, text);
+        }
+        return name_start;
+    }
+
+    // The inside of the quotes. Without a closing quote it reaches to the end of the formula.
+    int read_literal(Token& token) {
+        const char* begin = ++m_next;
+        while (*m_next != '"' && *m_next != '\0') ++m_next;
+        token.text = text_between(begin, m_next);
+        set_kind(token, {TokenClass::literal});
+        token.m_IsStringLiteral = true;
+        token.m_QuoteClosed = *m_next == '"';
+        if (token.m_QuoteClosed) ++m_next;
+        isFunction(token, token.text);
+        return quote;
+    }
+
+    // Turns a name that is a function, an operator or a constant into that. Deliberate: a literal
+    // that spells one is taken as one too.
+    static void isFunction(Token& token, std::string_view text) {
+        const Word* word = find_word(text);
+        if (word == nullptr) return;
+        set_kind(token, word->kind);
+        token.text = word->text;
+        token.number = word->number;
+    }
+
+    const char* m_formula;
+    const char* m_next;
+};
+
+}  // namespace morandel

@@ -1,0 +1,91 @@
+// The tokens of a formula as a list, read one after the other, for all that walks a formula more
+// than once, or one that is not well formed.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "engine/parameters.h"
+#include "engine/recorder.h"
+#include "engine/token.h"
+
+namespace morandel {
+
+// Of numbers and parameters.
+enum class LastRead : std::uint8_t { nothing, number, text };
+
+// Whether a name is a parameter, which the token becomes then.
+inline bool isConstVariable(Token& token, const Parameters& parameters) {
+    const int slot = parameters.find(token.text);
+    token.slot = static_cast<std::uint16_t>(slot);
+    token.token_class = slot < 0 ? TokenClass::name : TokenClass::parameter;
+    return slot >= 0;
+}
+
+class TokenReader {
+  public:
+    explicit TokenReader(const Parameters& parameters) : m_Para(parameters) {}
+
+    // Tokens of a formula of at most 512 bytes. The reading position stays among them.
+    void cut(const char* formula);
+    void clear() {
+        m_Tokens.clear();
+        m_Prog = 0;
+        end();
+    }
+    [[nodiscard]] bool empty() const { return m_Tokens.empty(); }
+
+    // Reads the next token; at the end of the formula it stays there.
+    void get_token();
+    [[nodiscard]] bool at(char code) const { return m_Token->code == code; }
+    // As though there were nothing more.
+    void end() { m_Token = &end_of_nothing; }
+
+    // The reading position as a number of tokens. What stands for the end is that where tokens are.
+    static constexpr std::uint16_t end_position = 0xFFFF;
+    [[nodiscard]] std::uint16_t tell() const { return m_Prog; }
+    void seek(std::uint16_t position) {
+        m_Prog = position;
+        if (!m_Tokens.empty() && position == end_position) {
+            m_Prog = static_cast<std::uint16_t>(m_Tokens.size() - 1);
+        }
+    }
+
+    // Records the levels' walk from here on.
+    void get_exp(Program& program, Registers& registers);
+
+    // What the levels ask of a source. A missing operand is not read over, a missing ")" is.
+    [[nodiscard]] const Token& token() const { return *m_Token; }
+    [[nodiscard]] TokenType type() const { return m_Token->type(); }
+    [[nodiscard]] OperandKind operand() const { return m_Token->operand(m_IsNumber); }
+    [[nodiscard]] LastRead last_read() const {
+        return m_IsNumber ? LastRead::number : LastRead::text;
+    }
+    void set_last_read(LastRead last_read) {
+        if (last_read != LastRead::nothing) m_IsNumber = last_read == LastRead::number;
+    }
+    Register may_miss_expression(Recorder& recorder) {
+        return recorder.serror(Error::no_expression);
+    }
+    Register may_miss_operand(Recorder& recorder) {
+        return type() == VARIABLE ? recorder.lacking(*m_Token)
+                                  : recorder.serror(Error::bad_expression);
+    }
+    void may_miss_close(Recorder& recorder) { recorder.serror(Error::unbalanced_parentheses); }
+    void take_operator() { get_token(); }
+    int open() { return 0; }
+    void close(int /*outer*/) {}
+
+    const Token* m_Token = &end_of_nothing;
+    bool m_IsNumber = true;  // whether the constant last read was a number; literals and named
+                             // constants do not touch it
+
+  private:
+    const Parameters& m_Para;
+    std::vector<Token> m_Tokens;  // the end token last
+    std::uint16_t m_Prog = 0;     // the token to be read next
+};
+
+}  // namespace morandel

@@ -1,0 +1,89 @@
+// The functions of the formula language: one row each. Tokenizer, type deduction, machine, checker,
+// help and tests read this table.
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include <morandel/checker.h>
+#include <morandel/language.h>
+
+#include "arithmetic/functions.h"
+#include "language/operators.h"
+#include "strfuncs/call.h"
+
+namespace morandel {
+
+// What carries it out.
+struct Body {
+    constexpr Body(NumberFunction function) : number(function) {}
+    constexpr Body(Routine function) : routine(function) {}
+
+    NumberFunction number = nullptr;  // on a number alone
+    Routine routine = nullptr;        // on all arguments
+};
+
+using enum CExpressionCheck::Kind;
+
+// How many commas the arguments of a call may have.
+struct Commas {
+    int fewest;  // 0 where too few arguments are not looked for
+    int most;    // -1 where too many are not
+};
+
+// What the checker requires of a call and records where that is not met. The kind of the first
+// argument is the function's.
+struct CheckRule {
+    std::string_view further_kinds = {};  // of the 2nd, 3rd ... argument; those past the end are
+                                          // not checked, '*' repeats the one before it
+    std::optional<Commas> commas = {};    // none where the call neither checks its further
+                                          // arguments nor forgets them when it ends
+    int result_kind = kind_number;
+    std::optional<int> first_fault = {};  // other than the kind of the first argument
+    std::string_view name = {};           // other than the function's
+    bool closes_step = true;
+    bool tells_error = true;  // where the first argument of a call that reads further ones is wrong
+
+    // The kind of the argument with so many commas before it; -1 where it is not checked.
+    [[nodiscard]] int further_kind(std::size_t comma) const {
+        if (further_kinds.ends_with('*')) return further_kinds[0] - '0';
+        return comma < further_kinds.size() ? further_kinds[comma] - '0' : -1;
+    }
+};
+
+// Whether an operand of a kind can stand where another is expected.
+constexpr bool fits(int kind, int expected) {
+    return kind == kind_variable || (kind == kind_text) == (expected == kind_text);
+}
+
+struct FunctionRow : Function {
+    Body body;
+    CheckRule check = {};
+
+    [[nodiscard]] std::string_view check_name() const {
+        return check.name.empty() ? name : check.name;
+    }
+    [[nodiscard]] int first_kind() const { return kinds[0] == 't' ? kind_text : kind_number; }
+    [[nodiscard]] int first_fault() const { return check.first_fault.value_or(first_kind()); }
+};
+
+Table<FunctionRow> function_rows();
+
+extern const std::array<const FunctionRow*, code_limit> function_index;
+
+// The row of a code; null for any other character.
+inline const FunctionRow* function_of_code(char code) {
+    const auto index = static_cast<unsigned char>(code);
+    return index < code_limit ? function_index[index] : nullptr;
+}
+
+// What a sign or a function of one number gives: "int" alone gives an integer.
+constexpr ResultType result_type(char code) {
+    return code == 'o' ? type_integer : type_number;
+}
+
+}  // namespace morandel

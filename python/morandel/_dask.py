@@ -1,0 +1,72 @@
+"""New columns of a DataFrame of Dask: the partitions go through what pandas goes through."""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Any, Dict, List, Optional
+
+from ._errors import FormulaError, named_error
+from ._frames import ERROR_COLUMNS, Formulas, add_columns
+
+if TYPE_CHECKING:
+    from ._formula import OnError
+
+
+def add(
+    df: Any, formulas: Formulas, order: List[str], on_error: OnError, origin: Optional[str]
+) -> Any:
+    meta = _meta(df._meta, formulas)
+    if on_error != "collect":
+        return df.map_partitions(_add_to_part, formulas, order, on_error, origin, meta=meta)
+    import dask
+    import dask.dataframe
+
+    both = [
+        dask.delayed(add_columns, nout=2, pure=True)(part, formulas, order, on_error, origin)
+        for part in df.to_delayed()
+    ]
+    made, errors = zip(*both)
+    return (
+        dask.dataframe.from_delayed(list(made), meta=meta, divisions=df.divisions, verify_meta=False),
+        dask.dataframe.from_delayed(list(errors), meta=_error_meta(df._meta), verify_meta=False),
+    )
+
+
+def _add_to_part(
+    df: Any,
+    formulas: Formulas,
+    order: List[str],
+    on_error: OnError,
+    origin: Optional[str],
+    partition_info: Optional[Dict[str, Any]] = None,
+) -> Any:
+    """Errors tell the partition where no column tells more."""
+    number = None if partition_info is None else partition_info.get("number")
+    try:
+        return add_columns(df, formulas, order, on_error, origin)
+    except FormulaError as error:
+        if error.origin is None and number is not None:
+            error.origin = f"partition {number}"
+        raise
+    except (TypeError, ValueError) as problem:
+        if number is None:
+            raise
+        raise named_error(problem, f"partition {number}: {problem}") from None
+
+
+def _meta(meta: Any, formulas: Formulas) -> Any:
+    import pandas
+
+    columns: Dict[str, Any] = {
+        name: pandas.Series([], dtype="object" if formula.kind == "text" else "float64")
+        for name, formula in formulas.items()
+    }
+    return meta.assign(**columns)
+
+
+def _error_meta(meta: Any) -> Any:
+    import pandas
+
+    columns: Dict[str, Any] = {
+        title: pandas.Series([], dtype=dtype) for title, dtype in ERROR_COLUMNS.items()
+    }
+    return meta.assign(**columns)

@@ -1,0 +1,268 @@
+"""Values as hosts have them, made ready for the core."""
+
+from __future__ import annotations
+
+import math
+import numbers
+from typing import Any, Dict, List, NamedTuple, Optional, Tuple
+
+import numpy as np
+
+from . import _core
+from ._errors import FormulaError, named_error
+
+TEXT = "text"
+NUMBER = "number"
+_CHINESE = {TEXT: "字符串", NUMBER: "数值"}
+_WRONG_KIND = 22
+
+Wrong = Dict[int, Any]
+"""Values of the other kind by row, where they are failures of their rows and not of the call."""
+
+
+class Column(NamedTuple):
+    """Of one name: what the core takes, and the shape that it had."""
+
+    source: Any
+    shape: Tuple[int, ...]
+    is_missing: bool = False
+    kind: str = NUMBER
+    wrong: Optional[Wrong] = None
+
+
+def is_series(value: Any) -> bool:
+    """Whether it is a column of pandas, which need not be there."""
+    return hasattr(value, "dtype") and hasattr(value, "index") and hasattr(value, "array")
+
+
+def is_missing(value: Any) -> bool:
+    if value is None or value is np.ma.masked or type(value).__name__ in ("NAType", "NaTType"):
+        return True
+    return isinstance(value, float) and math.isnan(value)
+
+
+def _wrong_kind(name: str, wanted: str, given: Any) -> TypeError:
+    advice = f'kinds={{"{name}": "{TEXT}"}} takes it for one'
+    if wanted == TEXT:
+        advice = "astype(str) makes texts"
+    told = f"the formula takes {name} for a {wanted}, and {given} was given"
+    return TypeError(f"{told}; {advice}")
+
+
+def _scalar(name: str, value: Any, kind: str) -> Column:
+    if is_missing(value):
+        return Column(math.nan if kind == NUMBER else "", (), True)
+    if isinstance(value, str):
+        if kind == NUMBER:
+            raise _wrong_kind(name, kind, "a text")
+        return Column(str(value), ())
+    if not isinstance(value, numbers.Number) and not hasattr(value, "__float__"):
+        raise TypeError(f"{name}: no number, text or column: {type(value).__name__}")
+    if kind == TEXT:
+        raise _wrong_kind(name, kind, "a number")
+    try:
+        return Column(float(value), ())
+    except OverflowError:
+        raise ValueError(f"{name}: the number is too large") from None
+    except TypeError:
+        raise TypeError(f"{name}: no number, text or column: {type(value).__name__}") from None
+
+
+def _categories(name: str, categories: Any, codes: Any, kind: str, wrong: Optional[Wrong]) -> Any:
+    """Looks at each category once."""
+    wrong_categories: Optional[Wrong] = None if wrong is None else {}
+    of_each = _flat(name, np.asarray(categories), kind, wrong_categories)
+    for code, value in (wrong_categories or {}).items():
+        assert wrong is not None
+        wrong.update((row, value) for row in np.flatnonzero(codes == code).tolist())
+    if kind == NUMBER:
+        return np.append(of_each, np.nan)[codes]
+    if not isinstance(of_each, np.ndarray) or of_each.dtype != object:
+        return np.full(len(codes), None, dtype=object)
+    if wrong_categories:
+        return np.append(of_each, np.array([None]))[codes]
+    return np.asarray(codes, dtype=np.int64), list(of_each)
+
+
+def _flat(name: str, array: Any, kind: str, wrong: Optional[Wrong]) -> Any:
+    """Of one dimension: doubles for numbers, where they lie if they can stay; texts as objects."""
+    if array.dtype.kind in "biuf":
+        if kind == NUMBER:
+            return _doubles(array)
+        if array.dtype.kind == "f" and np.isnan(array).all():
+            return np.full(array.shape, None, dtype=object)
+        raise _wrong_kind(name, kind, f"a column of {array.dtype}")
+    if array.dtype.kind == "U":
+        array = array.astype(object)
+    if array.dtype.kind != "O":
+        raise TypeError(f"{name}: neither numbers nor texts: a column of {array.dtype}")
+    if wrong is not None:
+        rows = _core.wrong_rows(array, kind == TEXT)
+        if rows:
+            wrong.update((row, array[row]) for row in rows)
+            array = array.copy()
+            array[rows] = None
+    if kind == TEXT:
+        return array
+    try:
+        return _core.numbers_of(array)
+    except (TypeError, ValueError) as problem:
+        raise named_error(problem, f"{name}: {problem}") from None
+
+
+def _doubles(array: Any) -> Any:
+    fits = array.dtype == np.float64 and array.dtype.isnative and array.flags.aligned
+    if not fits or array.ndim != 1 or array.strides[0] < 0:
+        return np.array(array, dtype=np.float64, order="C")
+    return array
+
+
+def _array_of_series(value: Any, kind: str) -> Any:
+    """What pandas keeps, as an array; missing values as NaN or None."""
+    if isinstance(value.dtype, np.dtype):
+        return value.to_numpy()
+    name = str(value.dtype)
+    if name.startswith(("Int", "UInt", "Float", "boolean")):
+        return value.to_numpy(dtype=np.float64, na_value=np.nan)
+    return value.to_numpy(dtype=object, na_value=None)
+
+
+def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
+    """What the core takes for a name of that kind. Throws TypeError for values of another, unless
+    those of single rows are wanted ``by_row``."""
+    wrong: Optional[Wrong] = {} if by_row else None
+    if hasattr(value, "map_partitions"):
+        raise TypeError(f"{name}: morandel.add takes what is of Dask, in its DataFrame")
+    if hasattr(value, "columns"):
+        raise TypeError(f"{name}: a DataFrame was given, and one column is needed")
+    if isinstance(value, (dict, set)):
+        raise TypeError(f"{name}: no number, text or column: {type(value).__name__}")
+    if is_series(value):
+        if hasattr(value.array, "codes"):
+            source = _categories(name, value.array.categories, value.array.codes, kind, wrong)
+        else:
+            source = _flat(name, _array_of_series(value, kind), kind, wrong)
+        return Column(source, (len(value),), False, kind, wrong)
+    if value is np.ma.masked:
+        return _scalar(name, None, kind)
+    if isinstance(value, (str, bytes)) or not hasattr(value, "__len__"):
+        if not (isinstance(value, np.ndarray) and value.ndim == 0):
+            return _scalar(name, value, kind)
+    array = value if isinstance(value, np.ndarray) else _array_of_list(value)
+    if isinstance(array, np.ma.MaskedArray):
+        array = _without_mask(array)
+    if array.ndim == 0:
+        return _scalar(name, array.item(), kind)
+    flat = array if array.ndim == 1 else array.reshape(-1)
+    return Column(_flat(name, flat, kind, wrong), array.shape, False, kind, wrong)
+
+
+def _array_of_list(values: Any) -> Any:
+    """A list of texts stays what it is; NumPy would make texts of one length of them."""
+    values = [None if value is np.ma.masked else value for value in values]
+    if any(isinstance(value, str) or value is None for value in values):
+        array = np.empty(len(values), dtype=object)
+        array[:] = values
+        return array
+    if any(isinstance(value, np.ma.MaskedArray) for value in values):
+        stack: Any = np.ma.MaskedArray
+        return stack(values)
+    return np.asarray(values)
+
+
+def _without_mask(array: Any) -> Any:
+    """What is masked is missing, whatever lies below the mask."""
+    mask = np.asarray(array.mask)
+    if not mask.any():
+        return np.asarray(array.data)
+    plain = np.array(array.data, dtype=np.float64 if array.dtype.kind in "biuf" else object)
+    plain[mask] = np.nan if plain.dtype == np.float64 else None
+    return plain
+
+
+def kind_of(value: Any) -> Optional[str]:
+    """Of a value whose name stands alone in its formula, so that nothing asks for one kind."""
+    if isinstance(value, str):
+        return TEXT
+    if is_series(value):
+        if hasattr(value.array, "categories"):
+            value = np.asarray(value.array.categories)
+        elif isinstance(value.dtype, np.dtype):
+            value = value.to_numpy()
+        else:
+            return TEXT if str(value.dtype).startswith("string") else NUMBER
+    elif isinstance(value, (list, tuple)):
+        value = _array_of_list(value)
+    if not isinstance(value, np.ndarray) or is_missing(value):
+        return None if is_missing(value) else NUMBER
+    if value.dtype.kind == "U":
+        return TEXT
+    if value.dtype.kind != "O":
+        return NUMBER
+    for item in value.flat:
+        if not is_missing(item):
+            return TEXT if isinstance(item, str) else NUMBER
+    return None
+
+
+def broadcast(columns: Tuple[Column, ...]) -> Tuple[Tuple[Any, ...], Tuple[int, ...], int]:
+    """Sources of as many rows as the common shape has, that shape, and the rows."""
+    shapes = {column.shape for column in columns if column.shape != ()}
+    if len(shapes) <= 1:
+        shape = shapes.pop() if shapes else ()
+        return tuple(column.source for column in columns), shape, math.prod(shape)
+    shape = np.broadcast_shapes(*shapes)
+    sources = []
+    for column in columns:
+        source = column.source
+        if column.shape not in ((), shape):
+            if isinstance(source, tuple):
+                codes, texts = source
+                known: Any = [*texts, None]
+                source = np.array(known, dtype=object)[codes]
+            spread = np.broadcast_to(source.reshape(column.shape), shape)
+            source = spread if spread.ndim == 1 else spread.reshape(-1)
+        sources.append(source)
+    return tuple(sources), shape, math.prod(shape)
+
+
+def with_wrong(
+    errors: List[FormulaError],
+    columns: Tuple[Column, ...],
+    names: Tuple[str, ...],
+    shape: Tuple[int, ...],
+) -> List[FormulaError]:
+    """By row, with those of rows that have a value of the other kind."""
+    found: Dict[int, FormulaError] = {}
+    for name, column in zip(names, columns):
+        for row, value in (column.wrong or {}).items():
+            for place in _places(row, column.shape, shape):
+                if place not in found:
+                    found[place] = _error_of(name, value, column.kind, place)
+    if not found:
+        return errors
+    found.update((error.row, error) for error in errors if error.row is not None)
+    return [found[row] for row in sorted(found)]
+
+
+def _places(row: int, own: Tuple[int, ...], shape: Tuple[int, ...]) -> List[int]:
+    """The rows of the common shape that a row of a column's own has become."""
+    if own == shape:
+        return [row]
+    is_there = np.zeros(math.prod(own), dtype=bool)
+    is_there[row] = True
+    places: List[int] = np.flatnonzero(np.broadcast_to(is_there.reshape(own), shape)).tolist()
+    return places
+
+
+def _error_of(name: str, value: Any, kind: str, row: int) -> FormulaError:
+    shown = repr(value)
+    if len(shown) > 60:
+        shown = shown[:57] + "..."
+    return FormulaError(
+        f"{name}: {shown} is not a {kind}",
+        message=f"{name}：{shown} 不是{_CHINESE[kind]}",
+        reason=_WRONG_KIND,
+        name=name,
+        row=row,
+    )

@@ -1,0 +1,123 @@
+#!/usr/bin/env bash
+# Proves the installer under Wine, in a prefix of its own: for the machine and for the user, with the
+# command on the path, over an older version, while a host has the DLL loaded, and away again; what the
+# registry and the disk hold afterwards is what they held before.
+# usage: installer.sh SOURCE BUILD
+set -u
+source_folder=$1 build_folder=$2
+. "$source_folder/tests/automation/installing.sh"
+
+for kind in x64 x86; do
+    unzip -q -d "$scratch/stage" "$source_folder/build/package/morandel-$version-windows-$kind.zip" || exit 1
+    mv "$scratch/stage/morandel-$version-windows-$kind" "$scratch/stage/$kind"
+done
+# An older version, with a file that this one no longer has.
+cp -r "$scratch/stage" "$scratch/older"
+echo old >"$scratch/older/x64/examples/no longer here.txt"
+"$source_folder/scripts/installer" 9.9.9 "$scratch/older" "$scratch/older.exe" >"$scratch/log" &
+# The same packages give the same installer.
+"$source_folder/scripts/installer" "$version" "$scratch/stage" "$scratch/again.exe" >"$scratch/again.log"
+wait $! || { cat "$scratch/log"; exit 1; }
+cmp "$setup" "$scratch/again.exe" || problem "the installer differs when it is made again"
+
+# All of the registry and the disk that is not of the moment. The removal's own copy in the folder of
+# temporary files goes when the system starts next.
+snapshot() {
+    wineserver -k
+    wineserver -w
+    (cd "$WINEPREFIX" && find drive_c -not -path '*/Temp/*' -not -path '*/temp/*' | sort
+        for hive in system.reg user.reg; do
+            sed -e '/^#time/d' -e 's/^\(\[.*\]\) [0-9]*$/\1/' "$hive" | awk -v hive=$hive '/^\[/ {key = $0} NF {print hive, key, $0}'
+        done | grep -v -e PendingFileRename -e DriverDateData -e 'Explorer\\\\' -e 'Wine\\\\' -e '"SavedTime"' | sort)
+}
+expect_same() {  # what, before
+    snapshot >"$scratch/after"
+    diff "$2" "$scratch/after" >"$scratch/difference" || { problem "$1 left something:"; head -20 "$scratch/difference"; }
+}
+# Once there and back, so that what Wine's own programs leave in a new prefix is there before, and the
+# keys that every user of Windows has.
+run "$setup" /S /AllUsers
+expect_objects "installed for the first time"
+uninstall "$machine"
+run "$setup" /S /CurrentUser
+uninstall "$user"
+rmdir "$drive/users/$(id -un)/AppData/Local/Programs"
+snapshot >"$scratch/before"
+
+# For the machine.
+run "$setup" /S /AllUsers || problem "installing for the machine ends with $?"
+for kind in x64 x86; do
+    diff -r "$scratch/stage/$kind" "$machine_folder/$kind" >"$scratch/difference" || { problem "$kind is not installed as packed"; head -5 "$scratch/difference"; }
+done
+expect_objects "installed for the machine"
+expect "the version shown" "$(setting "HKLM\\$installed" DisplayVersion)" "$version"
+expect "the name shown in Chinese" "$(setting "HKLM\\$installed" DisplayName)" "Morandel 公式计算 $version"
+case $(setting "$machine_environment" Path) in *Morandel*) problem "the path was not asked for" ;; esac
+uninstall "$machine" || problem "removal from the machine ends with $?"
+expect_same "removal from the machine" "$scratch/before"
+
+# In a language that the installer does not speak it speaks English.
+MORANDEL_WINE_LOCALE=de_DE.UTF-8 run "$setup" /S /AllUsers
+expect "the name shown in English" "$(setting "HKLM\\$installed" DisplayName)" "Morandel formula calculation $version"
+run "$machine_folder/uninstall.exe" /S
+# Its entry under the installed programs goes last.
+for ((i = 0; i < 200; ++i)); do [ -n "$(setting "HKLM\\$installed" DisplayVersion)" ] || break; sleep 0.2; done
+expect_same "the removal that copies itself first" "$scratch/before"
+
+# The path: at its end, once, and gone again.
+path=$(setting "$machine_environment" Path)
+run "$setup" /S /AllUsers /PATH
+run "$setup" /S /AllUsers /PATH
+expect "the path" "$(setting "$machine_environment" Path)" "$path;C:\\Program Files\\Morandel 10\\x64\\bin"
+expect "the command by the path" "$(cd "$scratch" && "$wine" cmd /c 'morandel 6*7' 2>/dev/null | tr -d '\r')" 42
+run "$setup" /S /AllUsers
+expect "the path after an upgrade" "$(setting "$machine_environment" Path)" "$path;C:\\Program Files\\Morandel 10\\x64\\bin"
+uninstall "$machine"
+expect_same "removal with the path" "$scratch/before"
+
+# Over an older version, in a folder of one's own where there is something besides.
+own='C:\公式 计算'
+run_line "older.exe /S /AllUsers /PATH /D=$own" || problem "the older version ends with $?"
+[ -e "$drive/公式 计算/x64/examples/no longer here.txt" ] || problem "the older version is not where it was to be"
+echo mine >"$drive/公式 计算/x64/examples/mine.txt"
+# While a host has the DLL loaded, nothing is changed.
+cp -r "$drive/公式 计算" "$scratch/loaded"
+for system in system32 syswow64; do
+    start_host $system
+    state=$("$wine" "$build_folder/tests/automation/registry_state.exe")
+    cp "$setup" "$scratch/setup.exe"
+    for line in "setup.exe /S /AllUsers" "\"$own\\uninstall.exe\" /S _?=$own"; do
+        run_line "$line"
+        expect "'$line' while $system has it" $? 32
+        diff -r "$scratch/loaded" "$drive/公式 计算" || problem "files were changed while $system has them"
+        expect "the registry" "$("$wine" "$build_folder/tests/automation/registry_state.exe")" "$state"
+        expect "the version" "$(setting "HKLM\\$installed" DisplayVersion)" 9.9.9
+        [ ! -e "$drive/公式 计算.new" ] || problem "unpacked files are left"
+    done
+    stop_host
+done
+run "$setup" /S /AllUsers || problem "the upgrade ends with $?"
+[ ! -e "$drive/公式 计算/x64/examples/no longer here.txt" ] || problem "a file of the older version is left"
+[ -e "$drive/公式 计算/x64/examples/mine.txt" ] || problem "somebody's file is gone"
+expect "the version after the upgrade" "$(setting "HKLM\\$installed" DisplayVersion)" "$version"
+expect_objects "upgraded"
+uninstall "$own" || problem "removal after the upgrade ends with $?"
+[ -e "$drive/公式 计算/x64/examples/mine.txt" ] || problem "somebody's file is gone with the removal"
+rm -rf "$drive/公式 计算"
+expect_same "removal after the upgrade" "$scratch/before"
+
+# For the user alone, beside the machine's.
+run "$setup" /S /CurrentUser /PATH || problem "installing for the user ends with $?"
+expect "the user's path" "$(setting 'HKCU\Environment' Path)" "$user\\x64\\bin"
+expect "the version for the user" "$(setting "HKCU\\$installed" DisplayVersion)" "$version"
+expect "the version for the machine" "$(setting "HKLM\\$installed" DisplayVersion)" ''
+expect "the user's classes" "$(user_classes)" 1
+run "$setup" /S /AllUsers
+uninstall "$user" || problem "removal for the user ends with $?"
+rmdir "$drive/users/$(id -un)/AppData/Local/Programs"
+expect_objects "the machine's after the user's is gone"
+uninstall "$machine"
+expect_same "removal for the user" "$scratch/before"
+
+[ "$failed" -eq 0 ] || echo "$failed failures"
+[ "$failed" -eq 0 ]

@@ -1,0 +1,412 @@
+// The face of prepared formulas: values, names, errors with their positions, warnings, columns.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <morandel/express.h>
+#include <morandel/formula.hpp>
+
+namespace {
+
+using morandel::Column;
+using morandel::Error;
+using morandel::evaluate;
+using morandel::Formula;
+using morandel::Kind;
+using morandel::Name;
+using morandel::Notice;
+
+// "number/reason @byte/character+bytes/characters"
+std::string words(const Notice& notice) {
+    std::string text = std::to_string(notice.number()) + '/' + std::to_string(notice.reason());
+    if (const auto& at = notice.position()) {
+        text += " @" + std::to_string(at->byte) + '/' + std::to_string(at->character) + '+' +
+                std::to_string(at->bytes) + '/' + std::to_string(at->characters);
+    }
+    return text;
+}
+
+template <class Work>
+std::string failure(const Work& work) {
+    try {
+        work();
+    } catch (const Error& error) {
+        return words(error.notice());
+    }
+    return "none";
+}
+
+std::string failure_of(const std::string& formula) {
+    return failure([&] {
+        const Formula f(formula);
+        f();
+    });
+}
+
+std::string warnings_of(const std::string& formula, const std::vector<Name>& names = {}) {
+    std::string text;
+    for (const Notice& notice : Formula(formula, names).warnings()) {
+        text += (text.empty() ? "" : ", ") + words(notice);
+    }
+    return text;
+}
+
+TEST(Formula, EvaluatesAtOnce) {
+    EXPECT_EQ(evaluate("preci(price * qty, 2)", {{"price", 2.675}, {"qty", 3.0}}).number(), 8.03);
+    EXPECT_EQ(evaluate("1+2").number(), 3.0);
+    EXPECT_EQ(evaluate("strcat(a, b)", {{"a", "苹"}, {"b", std::string("果")}}).text(), "苹果");
+    EXPECT_EQ(evaluate("int(3.7)").kind(), Kind::integer);
+    EXPECT_EQ(evaluate("3.7").kind(), Kind::number);
+}
+
+TEST(Formula, ComputesByPlaceAndByName) {
+    const Formula f("strcat(name, \"·\", r2s(price, 2))", {"name", "price"});
+    EXPECT_EQ(f("苹果", 12.5).text(), "苹果·12.5");
+    EXPECT_EQ(f.compute({{"price", 1}, {"name", "梨"}, {"unknown", 3}}).text(), "梨·1");
+    EXPECT_THROW((void)f.compute({{"price", 1}}), std::invalid_argument);
+    EXPECT_THROW((void)f("a", 1).number(), std::logic_error);
+    EXPECT_THROW((void)Formula("1")().text(), std::logic_error);
+}
+
+TEST(Formula, InsideAreBytesOfTheCodePage) {
+    EXPECT_EQ(evaluate("strlen(\"苹果\")").number(), 4.0);
+    EXPECT_EQ(evaluate("strsub(s, 3, 2)", {{"s", "苹果"}}).text(), "果");
+    EXPECT_EQ(evaluate("单价*2", {{"单价", 4}}).number(), 8.0);
+}
+
+TEST(Formula, NumbersAreSeenWith20Decimals) {
+    const Formula f("x*1", {"x"});
+    for (const double number : {1e-21, 0.1, -1e-5, 1e300, 0.0}) {
+        CExpress e;
+        MYPARA x{"x", number, ""};
+        e.SetNumberOfPara(1);
+        e.SetPara(&x, 1, false);
+        e.SetExpression("x*1");
+        e.CalcExpression();
+        EXPECT_EQ(f(number).number(), e.GetResult());
+        EXPECT_EQ(f.compute_numbers(&number, 1), e.GetResult());
+    }
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(failure([&] { f(infinity); }), "42/0 @1/1+1/1");
+    EXPECT_TRUE(std::isnan(f(std::nan("")).number()));
+}
+
+TEST(Formula, NothingPends) {
+    const Formula leaves("strcase(\"x\", 5)");
+    const Formula takes("if(1, 7)");
+    (void)leaves();
+    const std::string alone = failure([&] { takes(); });
+    (void)leaves();
+    EXPECT_EQ(failure([&] { takes(); }), alone);
+}
+
+TEST(Formula, LeavesAloneWhatPendsForEvaluators) {
+    const auto left = [](bool prepares) {
+        CExpress e;
+        e.SetExpression("sin(1, 2, 3)");
+        e.CalcExpression();
+        if (prepares) {
+            const Formula f("left(\"abcd\", 2)+sin(1, 2)");
+            (void)f.warnings();
+            (void)f.check();
+            EXPECT_NE(failure([&] { f(); }), "none");
+        }
+        e.SetExpression("left(\"abcd\", 2)");
+        return std::to_string(e.CalcExpression()) + e.m_StrResult;
+    };
+    EXPECT_EQ(left(true), left(false));
+    EXPECT_EQ(left(true), "1ab");
+}
+
+TEST(Formula, ItsNamesAreAllThatItUses) {
+    const Formula f("strsub(s, n, 2) like t");
+    const std::vector<Name> names = f.names();
+    ASSERT_EQ(names.size(), 3U);
+    EXPECT_EQ(names[0].text, "s");
+    EXPECT_EQ(names[0].kind, Kind::text);
+    EXPECT_EQ(names[1].text, "n");
+    EXPECT_EQ(names[1].kind, Kind::number);
+    EXPECT_EQ(names[2].kind, Kind::text);
+    EXPECT_TRUE(f.free_names().empty());
+    EXPECT_EQ(f("abcd", 2, "bc").number(), 1.0);
+}
+
+TEST(Formula, FreeNamesAreTold) {
+    const Formula f("strsub(s, n) + 价*a", {"a"});
+    const std::vector<Name> names = f.free_names();
+    ASSERT_EQ(names.size(), 3U);
+    EXPECT_EQ(names[0].text, "s");
+    EXPECT_EQ(names[0].kind, Kind::text);
+    EXPECT_EQ(names[1].kind, Kind::integer);
+    EXPECT_EQ(names[2].text, "价");
+    EXPECT_EQ(failure([&] { f(1); }), "-1/10 @7/7+1/1");
+    EXPECT_EQ(failure([] { Formula("1+价", std::vector<Name>())(); }), "-1/10 @2/2+3/1");
+    const Formula open("1+b", {"a"}, MORANDEL_ALLOW_FREE_NAMES);
+    EXPECT_EQ(failure([&] { open(1); }), "0/0 @2/2+1/1");
+}
+
+TEST(Formula, ValuesOfOtherKindsAreTaken) {
+    const Formula f("strlen(s)", {"s"});
+    EXPECT_EQ(f("abc").number(), 3.0);
+    EXPECT_EQ(failure([&] { f(1); }), "none");
+    const Formula g("a+1", {"a"});
+    EXPECT_EQ(g(1).number(), 2.0);
+    EXPECT_EQ(g("text").number(), 1.0);
+    EXPECT_EQ(f("abcd").number(), 4.0);
+}
+
+TEST(Formula, CountsItsValues) {
+    const Formula f("a+b", {"a", "b"});
+    EXPECT_EQ(failure([&] { f(1); }), "-1/11");
+    EXPECT_EQ(failure([&] { f(1, 2, 3); }), "-1/11");
+    EXPECT_EQ(failure([&] { Formula("1", std::vector<Name>(51, "n")); }), "-1/9");
+    std::string many = "a0";
+    for (int i = 1; i <= 50; ++i) many += "+a" + std::to_string(i);
+    EXPECT_EQ(failure_of(many), "-1/9");
+    const std::vector<Name> fifty(50, "n");
+    EXPECT_EQ(Formula("n", fifty).compute(std::vector<morandel::Argument>(50, 2.0)).number(), 2.0);
+}
+
+TEST(Formula, CanBeCopiedMovedAndShared) {
+    Formula f("a*2", {"a"});
+    const Formula copy = f;
+    const Formula moved = std::move(f);
+    f = copy;
+    EXPECT_EQ(f(1).number() + copy(2).number() + moved(3).number(), 12.0);
+    const Formula& itself = f;
+    f = itself;
+    EXPECT_EQ(f(4).number(), 8.0);
+}
+
+TEST(Formula, PreparesWithoutExceptions) {
+    const auto good = Formula::prepare("a+1", {"a"});
+    ASSERT_TRUE(good.has_value());
+    EXPECT_EQ((*good)(1).number(), 2.0);
+    const auto bad = Formula::prepare("1+");
+    ASSERT_FALSE(bad);
+    EXPECT_EQ(bad.error().number(), 30);
+    EXPECT_EQ(bad.error().message(), "'+'或'-'后缺少表达式");
+    EXPECT_STREQ(bad.error().what(),
+                 "an operand is missing after + or - (error 30), at character 3");
+    EXPECT_THROW((void)bad.value(), Error);
+}
+
+struct Told {
+    const char* formula;
+    const char* failure;
+};
+
+class Positions : public testing::TestWithParam<Told> {};
+
+TEST_P(Positions, OfTheTokenThatFails) {
+    EXPECT_EQ(failure_of(GetParam().formula), GetParam().failure);
+}
+
+constexpr Told refusals[] = {
+    {"", "-1/3 @0/0+0/0"},         {"   ", "-1/3 @3/3+0/0"},
+    {" ;1", "-1/4 @1/1+1/1"},      {"\"苹果", "-1/2 @0/0+7/3"},
+    {"1+\"", "-1/2 @2/2+1/1"},     {"苹果+\"ab", "-1/2 @7/3+3/3"},
+    {"😀", "-1/5 @0/0+4/1"},        {"1+\"梨😀\"", "-1/5 @6/4+4/1"},
+    {"1+\xFF", "-1/6 @2/2+1/1"},   {"\xE6\x9E", "-1/6 @0/0+1/1"},
+    {"\xC0\xAF", "-1/6 @0/0+1/1"}, {"\xED\xA0\x80", "-1/6 @0/0+1/1"},
+    {"(1+2", "33/0 @4/4+0/0"},     {"1+", "30/0 @2/2+0/0"},
+    {"梨* ", "31/0 @5/3+0/0"},     {"2^", "32/0 @2/2+0/0"},
+    {"1 2", "34/0 @2/2+1/1"},      {"1%2", "34/0 @1/1+1/1"},
+    {"()", "35/0 @1/1+1/1"},       {"苹果(1)", "45/0 @6/2+1/1"},
+    {"pi(1)", "46/0 @2/2+1/1"},    {"sin()", "35/0 @4/4+1/1"},
+};
+INSTANTIATE_TEST_SUITE_P(Refusals, Positions, testing::ValuesIn(refusals));
+
+constexpr Told failures[] = {
+    {"1/0", "3/0 @1/1+1/1"},
+    {"\"苹果\" equal \"梨\" = 1/0", "3/0 @24/18+1/1"},
+    {"2+sqrt(0-4)*2", "5/0 @2/2+4/4"},
+    {"sqrt(0-1)+ln(0)+tan(90)", "4/0 @16/16+3/3"},
+    {"2.5!", "40/0 @3/3+1/1"},
+    {"-3!", "74/0 @2/2+1/1"},
+    {"if(1, 2, 1/0)", "3/0 @10/10+1/1"},
+    {"preci(1/3, 16)", "51/0 @0/0+5/5"},
+    {"1+mod(2, sin(0))", "76/0 @2/2+3/3"},
+    {"5!+", "0/0 @3/3+0/0"},
+    {"LEFT(\"abcd\", 2)", "59/0 @0/0+4/4"},
+    {"1/0+sin(30)*sqrt(0-1)^2", "5/0 @12/12+4/4"},
+};
+
+TEST(Formula, FailuresTellTheOperatorOrFunction) {
+    for (const Told& told : failures) {
+        EXPECT_EQ(failure_of(told.formula), told.failure) << told.formula;
+    }
+}
+
+TEST(Formula, ATooLongFormulaTellsWhatIsTooMuch) {
+    EXPECT_EQ(failure_of(std::string(512, '1')), "none");
+    EXPECT_EQ(failure_of(std::string(520, '1')), "-1/1 @512/512+8/8");
+    std::string chinese = "\"";
+    for (int i = 0; i < 255; ++i) chinese += "梨";
+    EXPECT_EQ(failure_of(chinese + "\""), "none");
+    EXPECT_EQ(failure_of(chinese + "梨\""), "-1/1 @766/256+4/2");
+}
+
+TEST(Formula, ANulIsNotPartOfAFormula) {
+    EXPECT_EQ(failure_of(std::string("1+1\0", 4)), "-1/15 @3/3+1/1");
+}
+
+TEST(Formula, TellsOfTextsThatDoNotConvert) {
+    const Formula f("strlen(s)", {"n", "s"});
+    EXPECT_EQ(failure([&] { f(1, "a😀"); }), "-1/5 @1/1+4/1");
+    try {
+        f(1, "a😀");
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.value(), 1);
+        EXPECT_EQ(error.english(), "code page 936 has no character '😀'");
+    }
+    EXPECT_EQ(failure([] { Formula("strsub(\"苹果\", 1, 1)")(); }), "-1/7");
+    EXPECT_EQ(failure([] { Formula("1", {"😀"}); }), "-1/5 @0/0+4/1");
+}
+
+constexpr Told warnings[] = {
+    {"1+1", ""},
+    {"1;2", "-1/20 @1/1+2/2"},
+    {"1 && 0", "-1/20 @2/2+4/4"},
+    {"梨 ;苹果", "-1/20 @4/2+7/3"},
+    {"2 .5", "-1/20 @2/2+2/2"},
+    {"1,000", "-1/21 @1/1+4/4"},
+    {"1 ", ""},
+    {"left(\"abcd\",2)", "-1/25 @0/0+4/4"},
+    {"left(strcase(\"abcd\", 0), 2)", ""},
+    {"RIGHT(\"abcd\",2)", "-1/25 @0/0+5/5"},
+    {"left(if(1,2,3), 2)", "-1/22 @0/0+4/4"},
+    {"strsub(\"abc\", 2)", "-1/25 @0/0+6/6"},
+    {"strsub(\"abc\")", "-1/23 @0/0+6/6"},
+    {"sqrt(\"梨\")+1", "-1/22 @0/0+4/4"},
+    {"梨+\"a\"", "-1/22 @3/1+1/1"},
+    {"\"a\"*2", "-1/22 @3/3+1/1"},
+    {"-\"a\"", "-1/22 @0/0+1/1"},
+    {"1 AND \"b\"", "-1/22 @2/2+3/3"},
+    {"1 like \"b\"", "-1/22 @2/2+4/4"},
+    {"\"a\"!", "-1/22 @3/3+1/1"},
+    {"preci(1, 2, 3)", "-1/24 @0/0+5/5"},
+    {"mod(1)", "-1/23 @0/0+3/3"},
+    {"\"a\"+1;2", "-1/22 @3/3+1/1, -1/20 @5/5+2/2"},
+};
+
+TEST(Formula, WarnsOfWhatIsRarelyMeant) {
+    for (const Told& told : warnings) {
+        EXPECT_EQ(warnings_of(told.formula), told.failure) << told.formula;
+    }
+    EXPECT_EQ(warnings_of("strlen(n)", {{"n", Kind::number}}), "-1/22 @0/0+6/6");
+    EXPECT_EQ(warnings_of("strlen(n)", {{"n", Kind::text}}), "");
+    EXPECT_EQ(warnings_of("strlen(n)", {"n"}), "");
+    const auto notices = Formula("sqrt(\"a\")").warnings();
+    ASSERT_EQ(notices.size(), 1U);
+    EXPECT_EQ(notices[0].english(), "sqrt: operand 1 must be a number");
+    EXPECT_EQ(notices[0].message(), "sqrt 的第 1 个操作数应为数值");
+}
+
+TEST(Formula, ListsTheCheckersFaults) {
+    const auto faults = Formula("梨+strlen(strtrims(1))").check();
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].kind, 2);
+    EXPECT_EQ(faults[0].operand, 1);
+    EXPECT_EQ(faults[0].name, "strims");
+    EXPECT_EQ(faults[0].wants, Kind::text);
+    EXPECT_EQ(faults[0].position.byte, 11U);
+    EXPECT_EQ(faults[0].position.character, 9U);
+    EXPECT_EQ(faults[0].position.bytes, 8U);
+    EXPECT_TRUE(Formula("1+1").check().empty());
+}
+
+TEST(Formula, ComputesColumns) {
+    const std::vector<double> prices{12.5, 0.0, 3.0};
+    const std::vector<std::string> names{"苹果", "", "梨"};
+    std::vector<double> numbers;
+    const Formula share("100/price", {"price"});
+    const auto status = share.columns({prices}, numbers);
+    EXPECT_EQ(numbers, (std::vector<double>{8.0, 0.0, 100.0 / 3.0}));
+    EXPECT_EQ(status, (std::vector<unsigned char>{0, MORANDEL_ROW_FAILED, 0}));
+    const auto error = share.row_error({prices}, 1);
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(words(error->notice()), "3/0 @3/3+1/1");
+    EXPECT_FALSE(share.row_error({prices}, 0).has_value());
+
+    std::vector<std::string> texts;
+    const Formula label("strcat(name, sign, r2s(price))", {"name", "sign", "price"});
+    EXPECT_EQ(label.columns({names, "·", prices}, texts), std::vector<unsigned char>(3));
+    EXPECT_EQ(texts, (std::vector<std::string>{"苹果·12.5", "·0", "梨·3"}));
+}
+
+TEST(Formula, ColumnsOfAFormulaThatIsAcceptedAndFails) {
+    const Formula f("n!,", {"n"});
+    EXPECT_EQ(failure([&] { f(5); }), "41/0 @3/3+0/0");
+    std::vector<double> results;
+    EXPECT_EQ(f.columns({std::vector<double>{5.0}}, results),
+              std::vector<unsigned char>{MORANDEL_ROW_FAILED});
+}
+
+TEST(Formula, ColumnsComeInTheLayoutsThatToolsShare) {
+    const std::string bytes = "ab苹果c";
+    const std::vector<std::int32_t> narrow{0, 2, 8, 9};
+    const std::vector<std::int64_t> wide{0, 2, 8, 9};
+    const double pairs[] = {1.0, -1.0, 2.0, -1.0, 3.0, -1.0};
+    const Formula f("strlen(s)*n+k", {"s", "n", "k"});
+    const Column numbers(pairs, 3, 2 * sizeof(double));
+    const std::vector<double> wanted{12.0, 18.0, 13.0};
+    std::vector<double> results;
+    (void)f.columns({Column(bytes.data(), narrow.data(), 3), numbers, 10.0}, results);
+    EXPECT_EQ(results, wanted);
+    (void)f.columns({Column(bytes.data(), wide.data(), 3), numbers, 10.0}, results);
+    EXPECT_EQ(results, wanted);
+}
+
+TEST(Formula, ColumnsTellWhatBecomesOfEachRow) {
+    const std::vector<std::string> names{"苹果", "😀", "梨"};
+    const Formula f("strsub(s, 1, n)", {"s", "n"});
+    std::vector<std::string> texts;
+    const std::vector<Column> values{names, std::vector<double>{1.0, 2.0, 2.0}};
+    EXPECT_EQ(f.columns(values, texts),
+              (std::vector<unsigned char>{MORANDEL_ROW_NO_TEXT, MORANDEL_ROW_NO_TEXT, 0}));
+    EXPECT_EQ(texts, (std::vector<std::string>{"", "", "梨"}));
+    EXPECT_EQ(words(f.row_error(values, 0, Kind::text)->notice()), "-1/7");
+    EXPECT_EQ(words(f.row_error(values, 1, Kind::text)->notice()), "-1/5 @0/0+4/1");
+    EXPECT_EQ(words(f.row_error(values, 2, Kind::number)->notice()), "-1/12");
+    EXPECT_FALSE(f.row_error(values, 2, Kind::text).has_value());
+    std::vector<double> numbers;
+    EXPECT_EQ(f.columns(values, numbers)[2], MORANDEL_ROW_OTHER_TYPE);
+    const Formula one("1+n", {"n"});
+    EXPECT_EQ(one.columns({2.0}, texts), std::vector<unsigned char>{MORANDEL_ROW_OTHER_TYPE});
+    EXPECT_EQ(words(one.row_error({2.0}, 0, Kind::text)->notice()), "-1/13");
+    EXPECT_EQ(f.columns({"😀", std::vector<double>{1.0, 2.0}}, texts),
+              std::vector<unsigned char>(2, MORANDEL_ROW_NO_TEXT));
+}
+
+TEST(Formula, ColumnsMustFit) {
+    const Formula f("strlen(s)", {"s"});
+    std::vector<double> results;
+    EXPECT_EQ(failure([&] { (void)f.columns({1.0, 2.0}, results); }), "-1/11");
+    const std::vector<int> falling{0, 2, 1};
+    EXPECT_EQ(failure([&] { (void)f.columns({Column("abc", falling.data(), 2)}, results); }),
+              "-1/15");
+    const std::vector<double> rows{1.0};
+    double result = 0.0;
+    EXPECT_THROW((void)f.columns({rows}, 2, &result), std::invalid_argument);
+    (void)f.columns({std::vector<double>()}, results);
+    EXPECT_TRUE(results.empty());
+}
+
+TEST(Formula, NumbersAloneTellWhyTheyFail) {
+    const Formula f("1/a", {"a"});
+    const double zero = 0.0;
+    const double two = 2.0;
+    EXPECT_EQ(f.compute_numbers(&two, 1), 0.5);
+    EXPECT_EQ(failure([&] { (void)f.compute_numbers(&zero, 1); }), "3/0 @1/1+1/1");
+    EXPECT_THROW((void)Formula("\"a\"").compute_numbers(nullptr, 0), std::logic_error);
+}
+
+}  // namespace

@@ -1,0 +1,174 @@
+// The npm package: how large it is, how soon it works, its calls, and its types.
+
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { mkdirSync, mkdtempSync, readFileSync, readdirSync, symlinkSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { test } from "node:test";
+import { fileURLToPath } from "node:url";
+import { gzipSync } from "node:zlib";
+
+import * as morandel from "../../build/web/package/node.js";
+import { imports, start } from "../../build/web/package/engine.js";
+
+const { check, columns, evaluate, Formula, FormulaError, rowStatus } = morandel;
+const folder = fileURLToPath(new URL("../../build/web/package", import.meta.url));
+
+function project() {
+    const scratch = mkdtempSync(join(tmpdir(), "morandel-"));
+    mkdirSync(join(scratch, "node_modules/@morandel"), { recursive: true });
+    symlinkSync(folder, join(scratch, "node_modules/@morandel/engine"));
+    return scratch;
+}
+
+// An engine with a memory of its own.
+function own() {
+    const bytes = readFileSync(join(folder, "morandel.wasm"));
+    const instance = new WebAssembly.Instance(new WebAssembly.Module(bytes), imports);
+    return { instance, engine: start(instance) };
+}
+
+test("what a browser loads is small, and works at once", (context) => {
+    const size = ["morandel.wasm", "browser.js", "engine.js", "exchange.js", "memory.js"]
+        .map((name) => gzipSync(readFileSync(join(folder, name)), { level: 9 }).length)
+        .reduce((a, b) => a + b);
+    assert.ok(size <= 250_000, `${size} bytes`);
+    const bytes = readFileSync(join(folder, "morandel.wasm"));
+    const times = Array.from({ length: 5 }, () => {
+        const begin = performance.now();
+        const engine = start(new WebAssembly.Instance(new WebAssembly.Module(bytes), imports));
+        assert.equal(engine.evaluate("1+2*3"), 7);
+        return performance.now() - begin;
+    });
+    assert.ok(Math.min(...times) < 50, `${times} ms`);
+    console.log(`${size} bytes compressed; ${Math.min(...times).toFixed(1)} ms to the first result`);
+});
+
+test("evaluate, Formula, check, columns", () => {
+    assert.equal(evaluate("preci(price * qty, 2)", { price: 2.675, qty: 3 }), 8.03);
+    assert.equal(evaluate("strcat(a, b)", new Map([["a", "苹果"], ["b", "!"]])), "苹果!");
+    const label = new Formula('strcat(name, ": ", r2s(price, 2))');
+    assert.deepEqual(label.names.map((n) => ({ ...n })), [{ name: "name", kind: "text" }, { name: "price", kind: "number" }]);
+    assert.equal(label.compute({ price: 12.5, name: "苹果" }), "苹果: 12.5");
+    assert.equal(label.compute(["梨", 3]), "梨: 3");
+    assert.deepEqual(new Formula("int(x)").computeWithKind({ x: 2.5 }), { value: 2, kind: "integer" });
+    assert.deepEqual(
+        check('1 + sqrt("a")').map((f) => [f.name, f.kind, f.operand, f.wants, f.position.character]),
+        [["sqrt", 1, 1, "number", 4]],
+    );
+    const { results, status } = columns("100 / a", { a: new Float64Array([4, 0, 8]) });
+    assert.deepEqual([...results], [25, 0, 12.5]);
+    assert.deepEqual([...status], [rowStatus.ok, rowStatus.failed, rowStatus.ok]);
+    const share = new Formula("total / count");
+    assert.equal(share.rowError({ total: 100, count: [4, 0] }, 1).number, 3);
+    assert.equal(share.rowError({ total: 100, count: [4, 0] }, 0), null);
+    assert.deepEqual(label.textColumns({ name: ["a", "中"], price: 1 }).results, ["a: 1", "中: 1"]);
+    assert.deepEqual([...new Formula("1/4").columns({}, 3).results], [0.25, 0.25, 0.25]);
+    assert.deepEqual(new Formula("1,000").warnings().map((w) => w.position.character), [1]);
+    assert.equal(morandel.functions().length, 34);
+    assert.equal(morandel.chineseMessage(33), "缺少')'");
+    assert.equal(morandel.message(6), null);
+});
+
+test("errors say what and where", () => {
+    const told = (work) => {
+        try {
+            work();
+        } catch (error) {
+            assert.ok(error instanceof FormulaError, String(error));
+            return [error.number, error.position?.character, error.value];
+        }
+        throw new Error("nothing was thrown");
+    };
+    assert.deepEqual(told(() => evaluate("1/(a-3)", { a: 3 })), [3, 1, -1]);
+    assert.deepEqual(told(() => evaluate("(价格 + 税率")), [33, 8, -1]);
+    assert.deepEqual(told(() => evaluate("a", { a: "x😀" })), [-1, 1, 0]);
+    assert.deepEqual(told(() => evaluate("x".repeat(600)))[0], -1);
+    assert.throws(() => new Formula("a").compute({}), TypeError);
+    assert.throws(() => new Formula("a").compute({ a: {} }), TypeError);
+    assert.throws(() => new Formula("a+b").columns({ a: [1, 2], b: [1] }), RangeError);
+    assert.throws(() => new Formula("toString").compute({}), TypeError);
+});
+
+test("what a call took before it failed is given back", () => {
+    const { instance, engine } = own();
+    const fail = () => assert.throws(() => engine.evaluate("1/(a-3", { a: 3 }), engine.FormulaError);
+    for (let i = 0; i < 1000; ++i) fail();
+    const size = instance.exports.memory.buffer.byteLength;
+    for (let i = 0; i < 20_000; ++i) fail();
+    assert.equal(instance.exports.memory.buffer.byteLength, size);
+});
+
+test("memory that runs out is an error, and the engine goes on", () => {
+    const { instance, engine } = own();
+    const { malloc, free } = instance.exports;
+    const held = [];
+    // Memory that nobody touches costs the system nothing.
+    for (let size = 2 ** 30; size >= 64; ) {
+        const pointer = malloc(size);
+        if (pointer === 0) size /= 2;
+        else held.push(pointer);
+    }
+    const label = 'strcat(name, ": ", r2s(price * 2, 2))';
+    let failures = 0;
+    for (;;) {
+        try {
+            assert.equal(engine.evaluate(label, { name: "苹果", price: 1.5 }), "苹果: 3");
+            break;
+        } catch (error) {
+            assert.ok(error instanceof RangeError, String(error));
+            ++failures;
+            // The last ones are the smallest.
+            free(held.pop());
+        }
+    }
+    assert.ok(failures > 3, `${failures} failures`);
+    for (const pointer of held) free(pointer);
+    assert.equal(engine.evaluate("strlen(a)", { a: "abc" }), 3);
+});
+
+test("a formula that was let go of says so", () => {
+    const formula = new Formula("a");
+    formula.free();
+    formula.free();
+    assert.throws(() => formula.compute({ a: 1 }), TypeError);
+});
+
+for (const document of ["web/package/README.md", "docs/web.md", "docs/zh/web.md"]) {
+    test(`the examples of ${document}, as both kinds of module`, () => {
+        const page = readFileSync(new URL(`../../${document}`, import.meta.url), "utf8");
+        const [, example] = /```js\n([^]*?)```/.exec(page);
+        const scratch = project();
+        // "call;   // 8.03" is to give what stands behind it.
+        const told = [];
+        const body = example.replace(/^([a-z]\S*\(.*\S);\s+\/\/ (.+)$/gm, (_, call, value) => {
+            told.push(value.replace("Float64Array ", "").replace(/, /g, ","));
+            return `console.log(JSON.stringify(shown(${call})));`;
+        });
+        const shown = "\nfunction shown(v) { return v instanceof Float64Array ? [...v] : v; }\n";
+        writeFileSync(join(scratch, "a.mjs"), body + shown);
+        writeFileSync(join(scratch, "a.cjs"), body.replace(/^import (.*) from (.*);$/m, "const $1 = require($2);") + shown);
+        for (const name of ["a.mjs", "a.cjs"]) {
+            const lines = execFileSync(process.execPath, [name], { cwd: scratch }).toString().trim().split("\n");
+            assert.equal(lines.length, 5, name);
+            assert.deepEqual(lines.slice(0, 3), told.slice(0, 3), name);
+            assert.match(lines[3], /^3 2 存在/, name);
+        }
+    });
+}
+
+test("types", () => {
+    const scratch = project();
+    writeFileSync(join(scratch, "a.mts"), readFileSync(new URL("types.ts", import.meta.url)));
+    writeFileSync(join(scratch, "b.cts"), readFileSync(new URL("types.ts", import.meta.url)));
+    execFileSync("tsc", ["--noEmit", "--strict", "--target", "es2022", "--module", "node16", "--moduleResolution", "node16", "a.mts", "b.cts"], { cwd: scratch, stdio: ["ignore", "inherit", "inherit"] });
+});
+
+test("what is exported is what the types tell, and nothing of it is missing in a browser", () => {
+    const told = [...readFileSync(join(folder, "index.d.ts"), "utf8").matchAll(/^export (?:function|const|class) (\w+)/gm)].map((m) => m[1]);
+    assert.deepEqual(Object.keys(morandel).sort(), told.sort());
+    const browser = readFileSync(join(folder, "browser.js"), "utf8");
+    for (const name of told) assert.ok(browser.includes(`export const ${name} =`), name);
+    assert.ok(readdirSync(folder).includes("index.cjs"));
+});

@@ -1,0 +1,60 @@
+// What is to be told of a formula and the values of its names.
+
+import { noFunction } from "./suggestion.js";
+import { say, messageOf } from "./words.js";
+
+function problem(kind, notice) {
+    // What is wrong with a value has its position in that value.
+    const position = notice.value >= 0 ? null : notice.position;
+    return { kind, text: messageOf(notice), position, number: notice.number };
+}
+
+export function placeOfName(text, name) {
+    const at = text.indexOf(name);
+    return at < 0 ? null : { character: at, characters: name.length };
+}
+
+// The names of a formula, with what their places ask for.
+export function namesOf(engine, text) {
+    const formula = new engine.Formula(text, [], { allowFreeNames: true });
+    const names = formula.freeNames;
+    formula.free();
+    return names;
+}
+
+// values: a Map of names. Gives { names, value, kind, problems }, without a value where there is none.
+export function study(engine, text, values) {
+    const found = { names: [], problems: [] };
+    if (text.trim() === "") return { ...found, isEmpty: true };
+    let formula;
+    try {
+        found.names = namesOf(engine, text);
+        const given = found.names.filter(({ name }) => values.has(name)).map(({ name }) => name);
+        const kinds = given.map((n) => [n, typeof values.get(n) === "number" ? "number" : "text"]);
+        formula = new engine.Formula(text, new Map(kinds), { allowFreeNames: true });
+        for (const warning of formula.warnings()) found.problems.push(problem("warning", warning));
+        const missing = formula.freeNames[0];
+        if (missing) {
+            found.problems.unshift({
+                kind: "missing",
+                text: `${say("noValue", missing.name)} (${say("error", 0)})`,
+                position: placeOfName(text, missing.name),
+                number: 0,
+            });
+        } else {
+            Object.assign(found, formula.computeWithKind(given.map((name) => values.get(name))));
+        }
+    } catch (error) {
+        if (!(error instanceof engine.FormulaError)) throw error;
+        const told = problem("error", error);
+        const other = noFunction(engine, text, told.position);
+        if (other) {
+            told.text = `${other.message} (${say("error", error.number)})`;
+            told.position = other.position;
+        }
+        found.problems.unshift(told);
+    } finally {
+        formula?.free();
+    }
+    return found;
+}
