@@ -45,7 +45,7 @@ struct Program {
     ResultType type = type_integer;  // of the result, where it is numeric
 
     bool touches_pending = false;  // reads or leaves values of further arguments
-    std::string_view lacks;        // the first name without a value, in the formula
+    std::string_view lacks{};      // the first name without a value, in the formula
 
     void clear() {
         steps.clear();

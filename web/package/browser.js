@@ -2,15 +2,6 @@ import { imports, start } from "./engine.js";
 
 const response = await fetch(new URL("./morandel.wasm", import.meta.url));
 const { instance } = await WebAssembly.instantiate(await response.arrayBuffer(), imports);
-const engine = start(instance);
-
-export const Formula = engine.Formula;
-export const FormulaError = engine.FormulaError;
-export const rowStatus = engine.rowStatus;
-export const evaluate = engine.evaluate;
-export const check = engine.check;
-export const columns = engine.columns;
-export const functions = engine.functions;
-export const message = engine.message;
-export const chineseMessage = engine.chineseMessage;
-export const version = engine.version;
+export const {
+    Formula, FormulaError, rowStatus, evaluate, check, columns, functions, message, chineseMessage, version,
+} = start(instance);

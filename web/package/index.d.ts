@@ -32,15 +32,10 @@ export interface Notice {
 }
 
 /** A formula that is refused or fails. Its message is English, with where it is. */
-export class FormulaError extends Error implements Notice {
+export class FormulaError extends Error {
     private constructor();
-    readonly number: number;
-    readonly reason: number;
-    readonly english: string;
-    readonly chinese: string;
-    readonly position: Position | null;
-    readonly value: number;
 }
+export interface FormulaError extends Notice {}
 
 /** What the checker finds. */
 export interface Fault {
