@@ -17,7 +17,7 @@ same() {  # name of the file; its text as it is now comes in
     if [ "$update" = --update ]; then cp "$scratch/$1" "$kept/$1"; return; fi
     diff -u "$kept/$1" "$scratch/$1" || { echo "FAILED: $1 is another; if that is meant: tests/interfaces.sh $source_folder $build_folder --update"; failed=1; }
 }
-exported() { objdump -p "$1" | sed -n '/Ordinal\/Name Pointer/,/^$/p' | awk 'NF > 2 && $1 ~ /^\[/ {print $NF}' | sed -E 's/^_?(_Z)/\1/' | c++filt | LC_ALL=C sort; }
+exported() { objdump -p "$1" | sed -n '/Ordinal\/Name Pointer/,/^$/p' | awk 'NR > 1 && NF > 2 && $1 ~ /^\[/ {print $NF}' | sed -E 's/^_?(_Z)/\1/' | c++filt | LC_ALL=C sort; }
 
 if [ -e "$build_folder/Morandel10.dll" ]; then
     case $(objdump -f "$build_folder/Morandel10.dll") in *x86-64*) kind=x64 ;; *) kind=x86 ;; esac
