@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # What hosts and scripts hold on to is as the files of tests/interfaces say: names that the library
-# shows, declarations of the C header, shapes of what the command prints as JSON. A change that is
-# meant is written there with --update, so that it is seen.
+# shows, declarations of the C header, shapes of what the command prints as JSON, signatures of the
+# Python package where it was built. A change that is meant is written there with --update, so that it
+# is seen.
 # usage: interfaces.sh SOURCE BUILD [--update]
 set -u
 source_folder=$1 build_folder=$2 update=${3:-}
@@ -27,4 +28,9 @@ fi
 nm -D --defined-only "$build_folder/libmorandel.so" | awk '{print $3}' | c++filt | LC_ALL=C sort | same linux.symbols
 sed '/# *include/d' "$source_folder/include/morandel/c.h" | g++ -w -fpreprocessed -dD -E -P -x c - | same c.declarations
 PATH=$build_folder/cli:$build_folder:$PATH LC_ALL=C.UTF-8 python3 "$source_folder/tests/json_shapes.py" | same json.shapes
+for module in "$build_folder"/python/_core*.so; do
+    cp -r "$source_folder/python/morandel" "$module" "$scratch"
+    mv "$scratch"/_core*.so "$scratch/morandel"
+    PYTHONPATH=$scratch PYTHONDONTWRITEBYTECODE=1 /usr/bin/python3 "$source_folder/tests/python_signatures.py" | same python.signatures
+done
 exit $failed
