@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "arithmetic/platform_functions.h"
-#include "base/error.h"
 #include "base/value.h"
 
 namespace morandel {

@@ -20,13 +20,13 @@ struct Precise {
 
 Precise square(double x) {
     const double number = x * x;
-    return {number, square_error(x, number)};
+    return {number, product_error(x, x, number)};
 }
 
 Precise root(double x) {
     const double number = std::sqrt(x);
     const double square = number * number;
-    const double rest = (x - square) - square_error(number, square);
+    const double rest = (x - square) - product_error(number, number, square);
     return {number, rest / (2.0 * number)};
 }
 

@@ -6,8 +6,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "base/error.h"
-#include "base/product.h"
+#include "base/numbers.h"
 #include "base/value.h"
 
 namespace morandel {
@@ -22,13 +21,6 @@ double power(double base, double exponent);  // the same, faster where that is s
 
 double factorial(double value);
 Error apply_factorial(double& value, double no_right_side);
-
-// The exact square less the rounded one.
-inline double square_error(double x, double square) {
-    const double upper = upper_half(x);
-    const double lower = x - upper;
-    return ((upper * upper - square) + 2.0 * upper * lower) + lower * lower;
-}
 
 // Whether a power that was rounded, and what was lost by that, leaves no doubt that C libraries
 // round it to the same number. Of numbers that has_halves tells of they compute powers up to the

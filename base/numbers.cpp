@@ -8,7 +8,6 @@
 #include <system_error>
 
 #include "base/charconv.h"
-#include "base/product.h"
 
 namespace morandel {
 namespace {
@@ -48,7 +47,7 @@ double beyond_range(std::string_view numeral, std::chars_format format) {
 // Reads an unsigned numeral; without one, false and 0.0.
 bool read_unsigned(std::string_view text, std::chars_format format, double& value) {
     value = 0.0;
-    const auto read = double_from_chars(text.data(), text.data() + text.size(), value, format);
+    const auto read = morandel::from_chars(text.data(), text.data() + text.size(), value, format);
     if (read.ec == std::errc::result_out_of_range) {
         value = beyond_range({text.data(), read.ptr}, format);
     }
@@ -123,14 +122,14 @@ double digits_to_number(std::string_view digits) {
 }
 
 std::string_view format_fixed(double value, int decimals, NumberBuffer& buffer) {
-    const auto written = double_to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                         std::chars_format::fixed, decimals);
+    const auto written = morandel::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                            std::chars_format::fixed, decimals);
     return {buffer.data(), written.ptr};
 }
 
 std::string_view format_mantissa(double value, NumberBuffer& buffer) {
-    const auto written = double_to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                         std::chars_format::scientific, 14);
+    const auto written = morandel::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                            std::chars_format::scientific, 14);
     const std::string_view text{buffer.data(), written.ptr};
     return text.substr(0, text.find('e'));
 }
@@ -151,9 +150,7 @@ int to_int(double value) {
     if (std::isnan(value)) return 0;
     constexpr double lowest = std::numeric_limits<int>::min();
     constexpr double highest = std::numeric_limits<int>::max();
-    if (value <= lowest) return std::numeric_limits<int>::min();
-    if (value >= highest) return std::numeric_limits<int>::max();
-    return static_cast<int>(value);
+    return static_cast<int>(std::clamp(value, lowest, highest));
 }
 
 }  // namespace morandel

@@ -10,7 +10,6 @@
 
 #include "arithmetic/operators.h"
 #include "base/numbers.h"
-#include "base/product.h"
 #include "base/value.h"
 #include "engine/block_kernels.h"
 #include "language/operators.h"

@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "arithmetic/operators.h"
-#include "base/error.h"
 
 namespace morandel {
 

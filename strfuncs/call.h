@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "base/error.h"
 #include "base/numbers.h"
 #include "base/text_arena.h"
 #include "base/value.h"
