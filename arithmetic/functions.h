@@ -24,10 +24,6 @@ inline double to_degrees(double radians) {
     return radians * 180.0 / pi;
 }
 
-inline bool is_arc_argument(double x) {
-    return !(x > 1.0 || x < -1.0);
-}
-
 inline Error sine(double& x) {
     x = platform::sine(to_radians(x));
     return Error::none;
@@ -57,13 +53,13 @@ inline Error square_root(double& x) {
 }
 
 inline Error arc_sine(double& x) {
-    if (!is_arc_argument(x)) return Error::arc_out_of_range;
+    if (std::abs(x) > 1.0) return Error::arc_out_of_range;
     x = to_degrees(platform::arc_sine(x));
     return Error::none;
 }
 
 inline Error arc_cosine(double& x) {
-    if (!is_arc_argument(x)) return Error::arc_out_of_range;
+    if (std::abs(x) > 1.0) return Error::arc_out_of_range;
     x = to_degrees(platform::arc_cosine(x));
     return Error::none;
 }

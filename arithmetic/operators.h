@@ -11,7 +11,7 @@
 
 namespace morandel {
 
-// Of numbers. A relation's result is 1 or 0.
+// Of numbers.
 using NumberOperator = Error (*)(double& left, double right);
 // Of texts.
 using TextRelation = bool (*)(std::string_view left, std::string_view right);
@@ -19,8 +19,8 @@ using TextRelation = bool (*)(std::string_view left, std::string_view right);
 double library_power(double base, double exponent);
 double power(double base, double exponent);  // the same, faster where that is slow
 
-double factorial(double value);
-Error apply_factorial(double& value, double no_right_side);
+// Deliberate: 0! is 0, and what is negative stays as it is.
+Error factorial(double& value, double no_right_side);
 
 // Whether a power that was rounded, and what was lost by that, leaves no doubt that C libraries
 // round it to the same number. Of numbers that has_halves tells of they compute powers up to the
@@ -38,18 +38,10 @@ inline bool has_halves(double x) {
     return std::abs(x) > 1e-12 && std::abs(x) < 1e12;
 }
 
-inline Error add(double& left, double right) {
-    left += right;
-    return Error::none;
-}
-
-inline Error subtract(double& left, double right) {
-    left -= right;
-    return Error::none;
-}
-
-inline Error multiply(double& left, double right) {
-    left *= right;
+// What the standard library gives for two numbers, or one of the relations below: 1 or 0.
+template <class Operation>
+Error apply(double& left, double right) {
+    left = static_cast<double>(Operation()(left, right));
     return Error::none;
 }
 
@@ -66,18 +58,10 @@ inline Error raise(double& left, double right) {
     return Error::none;
 }
 
-template <class Relation>
-Error relate(double& left, double right) {
-    left = Relation()(left, right) ? 1.0 : 0.0;
-    return Error::none;
-}
-
+// Deliberate: a NaN is neither less nor greater, and meets both of the first two.
 // clang-format off
-struct Both { bool operator()(double a, double b) const { return a != 0.0 && b != 0.0; } };
-struct Either { bool operator()(double a, double b) const { return a != 0.0 || b != 0.0; } };
 struct NotLess { bool operator()(double a, double b) const { return !(a < b); } };
 struct NotGreater { bool operator()(double a, double b) const { return !(b < a); } };
-struct NotEqual { bool operator()(double a, double b) const { return a != b; } };
 // Deliberate: by the difference, so two equal infinities are not "=".
 struct Greater { bool operator()(double a, double b) const { return a - b > 0.0; } };
 struct Less { bool operator()(double a, double b) const { return a - b < 0.0; } };

@@ -47,16 +47,11 @@ void clean_up_nines(Decimals& decimals) {
 // Rounds half up to so many places; true where the carry leaves the first one.
 bool round_up(Decimals& decimals, std::size_t places) {
     if (decimals.count <= places || decimals.digit(places) <= '4') return false;
+    while (places > 0 && decimals.digit(places - 1) == '9') --places;
     decimals.keep(places);
-    while (decimals.count > 0) {
-        char& last = decimals.digit(decimals.count - 1);
-        if (last != '9') {
-            ++last;
-            return false;
-        }
-        --decimals.count;
-    }
-    return true;
+    if (places == 0) return true;
+    ++decimals.digit(places - 1);
+    return false;
 }
 
 }  // namespace
@@ -107,9 +102,10 @@ Error decimal_part(double& x) {
 
 Error round_to_decimals(double& x, double decimals) {
     constexpr double most_decimals = 15;
-    double whole_decimals = 0.0;
-    const bool fraction = std::modf(decimals, &whole_decimals) != 0.0;
-    if (decimals < 0.0 || (whole_decimals != 0.0 && fraction)) return Error::decimals_not_natural;
+    const double whole_decimals = std::trunc(decimals);
+    if (decimals < 0.0 || (whole_decimals != 0.0 && whole_decimals != decimals)) {
+        return Error::decimals_not_natural;
+    }
     if (decimals > most_decimals) return Error::too_many_decimals;
     if (std::isnan(x)) return Error::decimals_beyond_number;
 

@@ -11,7 +11,7 @@
 namespace morandel {
 namespace {
 
-using enum Error;
+using enum ErrorNumber;
 
 // clang-format off
 constexpr ErrorText errors[] = {

@@ -34,10 +34,17 @@ struct Call {
     // The text of the last further argument that is one.
     [[nodiscard]] std::string_view last_text() const { return m_TempStr.from_top(0); }
 
-    // Take the further arguments of a call off, by fixed counts: where the call gave fewer, what is
-    // pending for others goes.
-    void PopTempStr(std::size_t count) { m_TempStr.pop(count); }
-    void PopNumArray(std::size_t count) { g_NumArray.pop(count); }
+    // Whether the numbers of a call that is computed like an operator are in the range.
+    [[nodiscard]] bool is_in_range() const {
+        return in_range(value.number) && in_range(extra.values[0]);
+    }
+
+    // Takes the further arguments of a call off, by fixed counts: where the call gave fewer, what
+    // is pending for others goes.
+    void pop(std::size_t texts, std::size_t numbers) {
+        m_TempStr.pop(texts);
+        g_NumArray.pop(numbers);
+    }
 
     Error give_text(std::string_view text) {
         value.text = text;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/characters.h"
 #include "base/search.h"
 #include "strfuncs/routines.h"
 
@@ -11,14 +12,13 @@ namespace {
 // A text under construction, in room of exactly its size.
 class Writer {
   public:
-    explicit Writer(char* room) : m_next(room) {}
-    void append(std::string_view text) {
-        if (!text.empty()) std::memcpy(m_next, text.data(), text.size());
-        m_next += text.size();
-    }
+    Writer(TextArena& arena, std::size_t size) : m_begin(arena.allocate(size)) {}
+    void append(std::string_view text) { m_end = std::ranges::copy(text, m_end).out; }
+    [[nodiscard]] std::string_view text() const { return {m_begin, m_end}; }
 
   private:
-    char* m_next;
+    char* m_begin;
+    char* m_end = m_begin;
 };
 
 // The text with every occurrence of old in it, from the left and not overlapping, replaced. old
@@ -30,9 +30,7 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
     if (kept > longest_text || (count > 0 && replacement.size() > (longest_text - kept) / count)) {
         return Error::longer_than_target;
     }
-    const std::size_t size = kept + count * replacement.size();
-    char* room = call.arena.allocate(size);
-    Writer writer(room);
+    Writer writer(call.arena, kept + count * replacement.size());
     writer.append(head);
     for (std::size_t left_over = count; left_over > 0; --left_over) {
         const std::size_t at = find_piece(text, old);
@@ -42,7 +40,7 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
     }
     writer.append(text);
     writer.append(tail);
-    return call.give_text({room, size});
+    return call.give_text(writer.text());
 }
 
 }  // namespace
@@ -61,14 +59,13 @@ Error strcat(Call& call) {
     std::size_t size = first.size();
     for (std::size_t i = index; i < call.m_TempStr.size(); ++i) size += call.m_TempStr[i].size();
     if (size > longest_text) return Error::longer_than_target;
-    char* room = call.arena.allocate(size);
-    Writer writer(room);
+    Writer writer(call.arena, size);
     writer.append(first);
     for (std::size_t i = index; i < call.m_TempStr.size(); ++i) writer.append(call.m_TempStr[i]);
 
     // Deliberate: only every second of the joined texts goes.
     call.m_TempStr.remove_every_second(index);
-    return call.give_text({room, size});
+    return call.give_text(writer.text());
 }
 
 // strreplace(new, old, text[, start, mode])
@@ -76,29 +73,25 @@ Error strreplace(Call& call) {
     if (call.m_TempStr.empty()) return Error::none;
     if (call.m_TempStr.size() < 2) return Error::too_few_texts;
     const std::string_view replacement = call.value.text;
-    const std::string_view old = call.m_TempStr.from_top(1);
+    std::string_view old = call.m_TempStr.from_top(1);
     const std::string_view text = call.last_text();
     const int start = to_int(call.number_or(2, 1.0));
     const bool first_only = to_int(call.number_or(3, 1.0)) == 0;
     if (start < 1) return Error::not_positive;
 
-    const auto offset = static_cast<std::size_t>(start) - 1;
-    Error error = Error::none;
+    const std::size_t offset = std::min(static_cast<std::size_t>(start) - 1, text.size());
+    std::string_view part = text.substr(offset);
+    std::string_view rest;
     // Deliberate: a match that ends on the last byte of the range may be out of reach.
-    if (old.empty() || text.size() <= offset || text.size() < offset + 1 + old.size()) {
-        error = text.size() > longest_text ? Error::longer_than_target : call.give_copy(text);
-    } else {
-        std::string_view part = text.substr(offset);
-        std::string_view rest;
-        if (const std::size_t at = find_piece(part, old);
-            first_only && at != std::string_view::npos) {
-            rest = part.substr(at + old.size());
-            part = part.substr(0, at + old.size());
-        }
-        error = replace_all(call, text.substr(0, offset), part, rest, old, replacement);
+    if (part.size() <= old.size()) old = {};
+    if (first_only) {
+        const std::size_t last = part.size() - old.size();  // where it can stand, or does not
+        const std::size_t end = std::min(find_piece(part, old), last) + old.size();
+        rest = part.substr(end);
+        part = part.substr(0, end);
     }
-    if (error == Error::none) call.PopTempStr(2);
-    call.PopNumArray(2);
+    const Error error = replace_all(call, text.substr(0, offset), part, rest, old, replacement);
+    call.pop(error == Error::none ? 2 : 0, 2);
     return error;
 }
 
@@ -106,7 +99,7 @@ Error strreplace(Call& call) {
 Error strdelete(Call& call) {
     if (call.m_TempStr.empty()) return Error::none;
     const Error error = replace_all(call, {}, call.last_text(), {}, call.value.text, {});
-    if (error == Error::none) call.PopTempStr(1);
+    if (error == Error::none) call.pop(1, 0);
     return error;
 }
 
@@ -117,20 +110,21 @@ Error strinsert(Call& call) {
     if (call.m_TempStr.empty()) return Error::too_few_texts;
     const std::string_view text = call.value.text;
     const std::string_view piece = call.last_text();
-    if (text.size() > longest_text || piece.size() > longest_text - text.size()) {
-        return Error::longer_than_target;
-    }
     const int wanted = std::max(to_int(call.extra.values[1]), 0);
     const std::size_t offset = std::min(static_cast<std::size_t>(wanted), text.size());
-    const std::size_t size = text.size() + piece.size();
-    char* room = call.arena.allocate(size);
-    Writer writer(room);
-    writer.append(text.substr(0, offset));
-    writer.append(piece);
-    writer.append(text.substr(offset));
-    call.PopTempStr(1);
-    call.PopNumArray(1);
-    return call.give_text({room, size});
+    const Error error =
+        replace_all(call, text.substr(0, offset), piece, text.substr(offset), {}, {});
+    if (error == Error::none) call.pop(1, 1);
+    return error;
+}
+
+// strcase(text[, 0]): letters byte by byte, in double-byte characters too.
+Error strcase(Call& call) {
+    if (!call.is_in_range()) return Error::out_of_range;
+    const std::string_view text = call.value.text;
+    char* changed = call.arena.allocate(text.size());
+    std::ranges::transform(text, changed, call.extra.values[0] == 0.0 ? to_lower : to_upper);
+    return call.give_text({changed, text.size()});
 }
 
 }  // namespace morandel

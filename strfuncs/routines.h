@@ -1,4 +1,4 @@
-// The routines behind the string functions, in the order of the function table.
+// The routines behind the functions that read further arguments.
 
 #pragma once
 
@@ -19,21 +19,19 @@ Error strcat(Call& call);
 Error strreplace(Call& call);
 Error strdelete(Call& call);
 Error strinsert(Call& call);
+Error strcase(Call& call);
 
 // searching.cpp: positions and counts
 Error strmismatch(Call& call);
 Error strfind(Call& call);
 Error strfindn(Call& call);
+Error strlen(Call& call);
 
-// conversions.cpp: numbers and texts into each other, and the choice
+// conversions.cpp: numbers and texts into each other, and numbers of numbers
 Error r2s(Call& call);
 Error s2r(Call& call);
 Error choose(Call& call);
-
-// measured.cpp: calls whose numbers are held to the range first
 Error preci(Call& call);
 Error mod(Call& call);
-Error strcase(Call& call);
-Error strlen(Call& call);
 
 }  // namespace morandel

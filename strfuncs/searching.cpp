@@ -29,15 +29,12 @@ class UpperCaseReader {
 };
 
 std::size_t common_beginning(std::string_view a, std::string_view b, bool mind_case) {
+    if (mind_case) return static_cast<std::size_t>(std::ranges::mismatch(a, b).in1 - a.begin());
     const std::size_t most = std::min(a.size(), b.size());
+    UpperCaseReader upper_a(a);
+    UpperCaseReader upper_b(b);
     std::size_t length = 0;
-    if (mind_case) {
-        while (length < most && a[length] == b[length]) ++length;
-    } else {
-        UpperCaseReader upper_a(a);
-        UpperCaseReader upper_b(b);
-        while (length < most && upper_a.read() == upper_b.read()) ++length;
-    }
+    while (length < most && upper_a.read() == upper_b.read()) ++length;
     return length;
 }
 
@@ -70,7 +67,7 @@ Error strmismatch(Call& call) {
     const std::string_view other = call.last_text();
 
     if (beyond(text, start) || beyond(other, other_start)) {
-        call.PopTempStr(1);
+        call.pop(1, 0);
         return Error::beyond_text;
     }
     if (outside(text, start) || outside(other, other_start)) return Error::value_incorrect;
@@ -81,8 +78,7 @@ Error strmismatch(Call& call) {
         length = static_cast<double>(
             common_beginning(from(text, start), from(other, other_start), mind_case));
     }
-    call.PopTempStr(1);
-    call.PopNumArray(3);
+    call.pop(1, 3);
     return call.give_number(length, type_integer);
 }
 
@@ -96,8 +92,7 @@ Error strfind(Call& call) {
     std::size_t at = std::string_view::npos;
     if (!piece.empty()) at = find_piece(text, piece, static_cast<std::size_t>(start) - 1);
     const double position = at == std::string_view::npos ? -1.0 : static_cast<double>(at) + 1.0;
-    call.PopTempStr(1);
-    call.PopNumArray(1);
+    call.pop(1, 1);
     return call.give_number(position, type_integer);
 }
 
@@ -105,9 +100,15 @@ Error strfind(Call& call) {
 Error strfindn(Call& call) {
     if (call.m_TempStr.empty()) return Error::value_missing;
     const double count = static_cast<double>(count_occurrences(call.value.text, call.last_text()));
-    call.PopTempStr(1);
-    call.PopNumArray(1);
+    call.pop(1, 1);
     return call.give_number(count, type_number);
+}
+
+// strlen(text)
+Error strlen(Call& call) {
+    call.give_number(static_cast<double>(call.value.text.size()), type_number);
+    // Deliberate: a further argument changes nothing, but is held to the range as well.
+    return call.is_in_range() ? Error::none : Error::out_of_range;
 }
 
 }  // namespace morandel

@@ -83,7 +83,7 @@ for taken in s '#'; do
     refused language/functions.cpp 'a code stands twice'
     cp "$scratch/functions.cpp" language
 done
-row language/operators.h 'Operator operator_table[]' '{"xor", '"'B'"', Level::relation, relate<NotEqual>, nullptr, Error::none},'
+row language/operators.h 'Operator operator_table[]' '{"xor", '"'B'"', Level::relation, apply<std::not_equal_to<>>, nullptr, Error::none},'
 refused language/functions.cpp 'two operators of one code'
 row base/errors.cpp 'ErrorText errors[]' '{Error::out_of_range, gbk<U"数值为空">, ""},'
 refused base/errors.cpp 'no number twice'
