@@ -18,8 +18,12 @@ struct Decimals {
     std::array<char, 22> text{'0', '.'};
     std::size_t count = 0;
 
-    explicit Decimals(std::string_view digits) : count(digits.size()) {
+    Decimals(double x, int places) {
+        NumberBuffer buffer;
+        const std::string_view written = format_fixed(x, places, buffer);
+        const std::string_view digits = written.substr(written.find('.') + 1);
         std::ranges::copy(digits, text.begin() + 2);
+        count = digits.size();
     }
     char& digit(std::size_t place) { return text[place + 2]; }
     void keep(std::size_t places) { count = std::min(count, places); }
@@ -90,13 +94,7 @@ Error integer_part(double& x) {
 
 Error decimal_part(double& x) {
     if (x > range_bound) return Error::out_of_range;
-    if (!std::isfinite(x)) {
-        x = 0.0;
-        return Error::none;
-    }
-    NumberBuffer buffer;
-    const std::string_view text = format_fixed(x, 15, buffer);
-    x = Decimals(text.substr(text.find('.') + 1)).value();
+    x = std::isfinite(x) ? Decimals(x, 15).value() : 0.0;
     return Error::none;
 }
 
@@ -111,9 +109,7 @@ Error round_to_decimals(double& x, double decimals) {
 
     double whole = 0.0;
     const double rest = std::modf(x, &whole);
-    NumberBuffer buffer;
-    const std::string_view text = format_fixed(x, 20, buffer);
-    Decimals digits(text.substr(text.find('.') + 1));
+    Decimals digits(x, 20);
     if (!keeps_its_nines(rest)) clean_up_nines(digits);
 
     const auto places = static_cast<std::size_t>(whole_decimals);

@@ -69,7 +69,8 @@ inline constexpr Operator operator_table[] = {
 // All codes of the language, also those of functions, are below this.
 inline constexpr std::size_t code_limit = 128;
 
-constexpr std::array<std::uint8_t, code_limit> make_operator_index() {
+// By code: the place in the table, from 1; 0 for what is no operator.
+inline constexpr auto operator_index = [] {
     std::array<std::uint8_t, code_limit> index{};
     std::uint8_t place = 0;
     for (const Operator& row : operator_table) {
@@ -78,10 +79,7 @@ constexpr std::array<std::uint8_t, code_limit> make_operator_index() {
         entry = ++place;
     }
     return index;
-}
-
-// By code: the place in the table, from 1; 0 for what is no operator.
-inline constexpr std::array<std::uint8_t, code_limit> operator_index = make_operator_index();
+}();
 
 constexpr const Operator* operator_of_code(char code) {
     const auto index = static_cast<unsigned char>(code);

@@ -67,17 +67,13 @@ bool RecordStore::remove_first(std::string_view name) {
         *place = node->next_in_bucket;
     }
 
-    unlink(*node);
+    (node->next == nullptr ? m_last : node->next->previous) = node->previous;
+    (node->previous == nullptr ? m_first : node->previous->next) = node->next;
+    if (node->previous != nullptr) node->previous->record->m_pNext = node->record->m_pNext;
+    --m_size;
     node->record.reset();
     node->next = std::exchange(m_spare, node);
     return true;
-}
-
-void RecordStore::unlink(const Node& node) {
-    (node.next == nullptr ? m_last : node.next->previous) = node.previous;
-    (node.previous == nullptr ? m_first : node.previous->next) = node.next;
-    if (node.previous != nullptr) node.previous->record->m_pNext = node.record->m_pNext;
-    --m_size;
 }
 
 CVariableExpress* RecordStore::find(std::string_view name) {

@@ -70,7 +70,6 @@ class RecordStore {
     void add_chunk();
     void chain(const Chunk& chunk);
     void take_in_spare();
-    void unlink(const Node& node);
     Node* find_node(std::string_view name, std::size_t hash);
     Node* find_node(std::string_view name);
     void index();
