@@ -13,11 +13,7 @@ namespace morandel {
 using NumberFunction = Error (*)(double& x);
 
 inline constexpr double tangent_guard = 1e-05;
-
-inline double to_radians(double degrees) {
-    constexpr double radians_per_degree = 0.017453292519943295;
-    return degrees * radians_per_degree;
-}
+inline constexpr double radians_per_degree = 0.017453292519943295;
 
 inline double to_degrees(double radians) {
     constexpr double pi = 3.141592653589793;
@@ -25,24 +21,26 @@ inline double to_degrees(double radians) {
 }
 
 inline Error sine(double& x) {
-    x = platform::sine(to_radians(x));
+    x = platform::sine(x * radians_per_degree);
     return Error::none;
 }
 
 inline Error cosine(double& x) {
-    x = platform::cosine(to_radians(x));
+    x = platform::cosine(x * radians_per_degree);
     return Error::none;
 }
 
 inline Error tangent(double& x) {
-    if (std::abs(platform::cosine(to_radians(x))) < tangent_guard) return Error::illegal_tangent;
-    x = platform::tangent(to_radians(x));
+    if (std::abs(platform::cosine(x * radians_per_degree)) < tangent_guard)
+        return Error::illegal_tangent;
+    x = platform::tangent(x * radians_per_degree);
     return Error::none;
 }
 
 inline Error cotangent(double& x) {
-    if (std::abs(platform::sine(to_radians(x))) < tangent_guard) return Error::illegal_cotangent;
-    x = 1.0 / platform::tangent(to_radians(x));
+    if (std::abs(platform::sine(x * radians_per_degree)) < tangent_guard)
+        return Error::illegal_cotangent;
+    x = 1.0 / platform::tangent(x * radians_per_degree);
     return Error::none;
 }
 

@@ -27,7 +27,7 @@ struct Decimals {
     }
     char& digit(std::size_t place) { return text[place + 2]; }
     void keep(std::size_t places) { count = std::min(count, places); }
-    double value() const { return digits_to_number({text.data(), count + 2}); }
+    double value() const { return text_to_number({text.data(), count + 2}); }
 };
 
 // A fraction that is itself one of these keeps its nines. Deliberate: twelve nines are missing.
@@ -88,7 +88,7 @@ Error integer_part(double& x) {
     if (std::isinf(value) || !(std::abs(value - x) > 0.999999)) return Error::none;
     NumberBuffer buffer;
     const std::string_view text = format_fixed(std::abs(value), 6, buffer);
-    x = std::copysign(digits_to_number(text.substr(0, text.find('.'))), value);
+    x = std::copysign(text_to_number(text.substr(0, text.find('.'))), value);
     return Error::none;
 }
 

@@ -115,12 +115,6 @@ const char* read_digits(const char* next, double& value) {
     return next;
 }
 
-double digits_to_number(std::string_view digits) {
-    double value = 0.0;
-    read_unsigned(digits, std::chars_format::fixed, value);
-    return value;
-}
-
 std::string_view format_fixed(double value, int decimals, NumberBuffer& buffer) {
     const auto written = morandel::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                             std::chars_format::fixed, decimals);

@@ -17,9 +17,6 @@ namespace morandel {
 // what is too small as zero.
 double text_to_number(std::string_view text);
 
-// The same for text known to be digits with at most one point, such as a number token.
-double digits_to_number(std::string_view digits);
-
 // Reads digits with at most one point, as 5. is and .5 is not, and gives the place after them.
 const char* read_digits(const char* next, double& value);
 

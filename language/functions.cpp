@@ -11,7 +11,6 @@
 #include "language/characters.h"
 #include "language/operators.h"
 #include "language/words.h"
-#include "strfuncs/routines.h"
 
 namespace morandel {
 namespace {
@@ -171,7 +170,7 @@ constexpr std::array<const FunctionRow*, code_limit> function_index = [] {
 }();
 
 int FunctionRow::kind_at(std::size_t commas) const {
-    const std::string_view all = check_kinds();
+    const std::string_view all = check.kinds;
     std::size_t place = commas < all.find('[') ? commas : commas + 1;
     if (all.ends_with('*')) place = std::min(place, all.size() - 2);
     if (place >= all.size() || all[place] == '?') return -1;
@@ -180,10 +179,6 @@ int FunctionRow::kind_at(std::size_t commas) const {
 
 Table<Function> functions() {
     return {public_rows.data(), public_rows.size()};
-}
-
-Table<FunctionRow> function_rows() {
-    return {function_table, std::size(function_table)};
 }
 
 const Function* find_function(std::string_view name) {

@@ -14,7 +14,7 @@
 
 #include "arithmetic/functions.h"
 #include "language/operators.h"
-#include "strfuncs/call.h"
+#include "strfuncs/routines.h"
 
 namespace morandel {
 
@@ -45,21 +45,17 @@ constexpr bool fits(int kind, int expected) {
 }
 
 struct FunctionRow : Function {
-    Body body;
-    CheckRule check = {};
+    constexpr FunctionRow(const Function& function, Body carrier, const CheckRule& rule = {})
+        : Function(function), body(carrier), check(rule) {
+        if (check.kinds.empty()) check.kinds = kinds;
+        if (check.name.empty()) check.name = name;
+    }
 
-    [[nodiscard]] std::string_view check_name() const {
-        return check.name.empty() ? name : check.name;
-    }
-    [[nodiscard]] std::string_view check_kinds() const {
-        return check.kinds.empty() ? kinds : check.kinds;
-    }
-    [[nodiscard]] int first_fault() const { return check.first_fault.value_or(kind_at(0)); }
+    Body body;
+    CheckRule check;
     // The kind of the argument with so many commas before it; -1 where it is not checked.
     [[nodiscard]] int kind_at(std::size_t commas) const;
 };
-
-Table<FunctionRow> function_rows();
 
 extern const std::array<const FunctionRow*, code_limit> function_index;
 

@@ -40,7 +40,7 @@ std::size_t common_beginning(std::string_view a, std::string_view b, bool mind_c
 
 // Whether a start counted from 1 lies outside of a text.
 bool outside(std::string_view text, double start) {
-    return start - 1.0 < 0.0 || static_cast<double>(text.size()) - start + 1.0 < 1.0;
+    return start < 1.0 || start > static_cast<double>(text.size());
 }
 
 bool beyond(std::string_view text, double start) {
@@ -48,8 +48,7 @@ bool beyond(std::string_view text, double start) {
 }
 
 std::string_view from(std::string_view text, double start) {
-    const int offset = std::max(to_int(start), 1) - 1;
-    return text.substr(std::min(static_cast<std::size_t>(offset), text.size()));
+    return text.substr(static_cast<std::size_t>(std::max(to_int(start), 1)) - 1);
 }
 
 }  // namespace
