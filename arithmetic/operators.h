@@ -11,9 +11,7 @@
 
 namespace morandel {
 
-// Of numbers.
 using NumberOperator = Error (*)(double& left, double right);
-// Of texts.
 using TextRelation = bool (*)(std::string_view left, std::string_view right);
 
 double library_power(double base, double exponent);

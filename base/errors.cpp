@@ -5,8 +5,8 @@
 #include <functional>
 #include <iterator>
 
-#include "base/value.h"
 #include "base/gbk.h"
+#include "base/value.h"
 
 namespace morandel {
 namespace {
@@ -82,8 +82,7 @@ constexpr ErrorText errors[] = {
 };
 // clang-format on
 
-static_assert(std::ranges::adjacent_find(errors, std::ranges::greater_equal{},
-                                         &ErrorText::number) == std::end(errors),
+static_assert(std::ranges::is_sorted(errors, std::ranges::less_equal{}, &ErrorText::number),
               "ascending, and no number twice");
 
 std::optional<std::string_view> find(int number, std::string_view ErrorText::*text) {

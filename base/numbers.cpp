@@ -7,17 +7,11 @@
 #include <limits>
 #include <system_error>
 
+#include "base/characters.h"
 #include "base/charconv.h"
 
 namespace morandel {
 namespace {
-
-constexpr std::string_view white_space = " \t\n\v\f\r";
-
-bool is_digit(char c, std::chars_format format) {
-    const bool letter = (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-    return (c >= '0' && c <= '9') || (letter && format == std::chars_format::hex);
-}
 
 // The value of a numeral that from_chars found out of range: infinity or zero, told by the place of
 // its first digit that counts together with its exponent.
@@ -67,18 +61,16 @@ std::string_view without_two_signs(std::string_view numeral) {
 }  // namespace
 
 double text_to_number(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(white_space);
-    if (start == std::string_view::npos) return 0.0;
-    text.remove_prefix(start);
-
-    const bool negative = text.front() == '-';
-    if (negative || text.front() == '+') text.remove_prefix(1);
+    text = {std::ranges::find_if_not(text, is_white_space), text.end()};
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
     // from_chars would take a second sign.
-    if (text.empty() || text.front() == '-') return 0.0;
+    if (text.starts_with('-')) return 0.0;
 
+    constexpr std::string_view begins_hexadecimal = "0123456789abcdefABCDEF.";
     double value = 0.0;
     if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
-        (is_digit(text[2], std::chars_format::hex) || text[2] == '.')) {
+        begins_hexadecimal.find(text[2]) != std::string_view::npos) {
         read_unsigned(without_two_signs(text.substr(2)), std::chars_format::hex, value);
     } else if (!read_unsigned(text, std::chars_format::general, value)) {
         return 0.0;

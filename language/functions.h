@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -51,10 +50,11 @@ struct FunctionRow : Function {
         if (check.name.empty()) check.name = name;
     }
 
-    Body body;
-    CheckRule check;
     // The kind of the argument with so many commas before it; -1 where it is not checked.
     [[nodiscard]] int kind_at(std::size_t commas) const;
+
+    Body body;
+    CheckRule check;
 };
 
 extern const std::array<const FunctionRow*, code_limit> function_index;

@@ -17,10 +17,6 @@ std::string_view part_of(std::string_view text, std::size_t offset, std::size_t 
     return text.substr(from_end ? text.size() - offset - length : offset, length);
 }
 
-bool is_white_space(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 // The first n bytes of a text, or the last ones.
 Error end_of(Call& call, bool last) {
     // Deliberate: two pending numbers are required though the function takes one.
@@ -92,19 +88,15 @@ Error strsubn(Call& call) {
     const std::string_view separator = call.last_text();
     std::string_view rest = call.value.text;
     std::string_view piece;
-    if (!separator.empty()) {
-        for (int left_over = to_int(place); left_over > 0; --left_over) {
-            const std::size_t found = find_piece(rest, separator);
-            piece = rest.substr(0, found);
-            if (found == std::string_view::npos) {
-                if (left_over > 1) piece = {};
-                break;
-            }
-            rest.remove_prefix(found + separator.size());
-        }
+    int left_over = to_int(place);
+    std::size_t found = separator.empty() ? std::string_view::npos : 0;
+    for (; left_over > 0 && found != std::string_view::npos; --left_over) {
+        found = find_piece(rest, separator);
+        piece = rest.substr(0, found);
+        if (found != std::string_view::npos) rest.remove_prefix(found + separator.size());
     }
     call.pop(1, 1);
-    return call.give_text(piece);
+    return call.give_text(left_over > 0 ? std::string_view() : piece);
 }
 
 // left(text, n)
