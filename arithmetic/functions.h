@@ -20,27 +20,25 @@ inline double to_degrees(double radians) {
     return radians * 180.0 / pi;
 }
 
-inline Error sine(double& x) {
-    x = platform::sine(x * radians_per_degree);
+template <double (*function)(double)>
+Error of_angle(double& x) {
+    x = function(x * radians_per_degree);
     return Error::none;
 }
-
-inline Error cosine(double& x) {
-    x = platform::cosine(x * radians_per_degree);
-    return Error::none;
-}
+inline constexpr NumberFunction sine = of_angle<platform::sine>;
+inline constexpr NumberFunction cosine = of_angle<platform::cosine>;
 
 inline Error tangent(double& x) {
-    if (std::abs(platform::cosine(x * radians_per_degree)) < tangent_guard)
-        return Error::illegal_tangent;
-    x = platform::tangent(x * radians_per_degree);
+    const double angle = x * radians_per_degree;
+    if (std::abs(platform::cosine(angle)) < tangent_guard) return Error::illegal_tangent;
+    x = platform::tangent(angle);
     return Error::none;
 }
 
 inline Error cotangent(double& x) {
-    if (std::abs(platform::sine(x * radians_per_degree)) < tangent_guard)
-        return Error::illegal_cotangent;
-    x = 1.0 / platform::tangent(x * radians_per_degree);
+    const double angle = x * radians_per_degree;
+    if (std::abs(platform::sine(angle)) < tangent_guard) return Error::illegal_cotangent;
+    x = 1.0 / platform::tangent(angle);
     return Error::none;
 }
 
@@ -50,17 +48,14 @@ inline Error square_root(double& x) {
     return Error::none;
 }
 
-inline Error arc_sine(double& x) {
+template <double (*function)(double)>
+Error arc(double& x) {
     if (std::abs(x) > 1.0) return Error::arc_out_of_range;
-    x = to_degrees(platform::arc_sine(x));
+    x = to_degrees(function(x));
     return Error::none;
 }
-
-inline Error arc_cosine(double& x) {
-    if (std::abs(x) > 1.0) return Error::arc_out_of_range;
-    x = to_degrees(platform::arc_cosine(x));
-    return Error::none;
-}
+inline constexpr NumberFunction arc_sine = arc<platform::arc_sine>;
+inline constexpr NumberFunction arc_cosine = arc<platform::arc_cosine>;
 
 inline Error arc_tangent(double& x) {
     x = to_degrees(platform::arc_tangent(x));
@@ -72,17 +67,14 @@ inline Error arc_cotangent(double& x) {
     return Error::none;
 }
 
-inline Error natural_logarithm(double& x) {
+template <double (*function)(double)>
+Error logarithm(double& x) {
     if (x <= 0.0) return Error::not_positive;
-    x = platform::natural_logarithm(x);
+    x = function(x);
     return Error::none;
 }
-
-inline Error decimal_logarithm(double& x) {
-    if (x <= 0.0) return Error::not_positive;
-    x = platform::decimal_logarithm(x);
-    return Error::none;
-}
+inline constexpr NumberFunction natural_logarithm = logarithm<platform::natural_logarithm>;
+inline constexpr NumberFunction decimal_logarithm = logarithm<platform::decimal_logarithm>;
 
 inline Error logical_not(double& x) {
     x = x == 0.0 ? 1.0 : 0.0;

@@ -9,18 +9,6 @@
 namespace morandel {
 namespace {
 
-// A text under construction, in room of exactly its size.
-class Writer {
-  public:
-    Writer(TextArena& arena, std::size_t size) : m_begin(arena.allocate(size)) {}
-    void append(std::string_view text) { m_end = std::ranges::copy(text, m_end).out; }
-    [[nodiscard]] std::string_view text() const { return {m_begin, m_end}; }
-
-  private:
-    char* m_begin;
-    char* m_end = m_begin;
-};
-
 // The text with every occurrence of old in it, from the left and not overlapping, replaced. old
 // may be empty, and is then nowhere.
 Error replace_all(Call& call, std::string_view head, std::string_view text, std::string_view tail,
@@ -30,17 +18,17 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
     if (kept > longest_text || (count > 0 && replacement.size() > (longest_text - kept) / count)) {
         return Error::longer_than_target;
     }
-    Writer writer(call.arena, kept + count * replacement.size());
-    writer.append(head);
+    char* const room = call.arena.allocate(kept + count * replacement.size());
+    char* end = std::ranges::copy(head, room).out;
     for (std::size_t left_over = count; left_over > 0; --left_over) {
         const std::size_t at = find_piece(text, old);
-        writer.append(text.substr(0, at));
-        writer.append(replacement);
+        end = std::ranges::copy(text.substr(0, at), end).out;
+        end = std::ranges::copy(replacement, end).out;
         text.remove_prefix(at + old.size());
     }
-    writer.append(text);
-    writer.append(tail);
-    return call.give_text(writer.text());
+    end = std::ranges::copy(text, end).out;
+    end = std::ranges::copy(tail, end).out;
+    return call.give_text({room, end});
 }
 
 }  // namespace
@@ -59,13 +47,15 @@ Error strcat(Call& call) {
     std::size_t size = first.size();
     for (std::size_t i = index; i < call.m_TempStr.size(); ++i) size += call.m_TempStr[i].size();
     if (size > longest_text) return Error::longer_than_target;
-    Writer writer(call.arena, size);
-    writer.append(first);
-    for (std::size_t i = index; i < call.m_TempStr.size(); ++i) writer.append(call.m_TempStr[i]);
+    char* const room = call.arena.allocate(size);
+    char* end = std::ranges::copy(first, room).out;
+    for (std::size_t i = index; i < call.m_TempStr.size(); ++i) {
+        end = std::ranges::copy(call.m_TempStr[i], end).out;
+    }
 
     // Deliberate: only every second of the joined texts goes.
     call.m_TempStr.remove_every_second(index);
-    return call.give_text(writer.text());
+    return call.give_text({room, end});
 }
 
 // strreplace(new, old, text[, start, mode])

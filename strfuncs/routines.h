@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -54,7 +54,7 @@ struct Call {
     // For a text that lies in m_TempStr, whose slots are used again.
     Error give_copy(std::string_view text) {
         char* room = arena.allocate(text.size());
-        if (!text.empty()) std::memcpy(room, text.data(), text.size());
+        std::ranges::copy(text, room);
         return give_text({room, text.size()});
     }
     Error give_number(double number, ResultType type) {

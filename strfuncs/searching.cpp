@@ -9,32 +9,18 @@
 namespace morandel {
 namespace {
 
-// Reads a text byte by byte with its single-byte letters in upper case.
-class UpperCaseReader {
-  public:
-    explicit UpperCaseReader(std::string_view text) : m_text(text) {}
-    char read() {
-        if (m_next == m_character_end) {
-            const std::size_t size = character_size(m_text, m_next);
-            m_character_end += size;
-            if (size == 1) return to_upper(m_text[m_next++]);
-        }
-        return m_text[m_next++];
-    }
-
-  private:
-    std::string_view m_text;
-    std::size_t m_next = 0;
-    std::size_t m_character_end = 0;
-};
-
+// How many bytes are the same, or single-byte letters that differ in case alone.
 std::size_t common_beginning(std::string_view a, std::string_view b, bool mind_case) {
     if (mind_case) return static_cast<std::size_t>(std::ranges::mismatch(a, b).in1 - a.begin());
     const std::size_t most = std::min(a.size(), b.size());
-    UpperCaseReader upper_a(a);
-    UpperCaseReader upper_b(b);
     std::size_t length = 0;
-    while (length < most && upper_a.read() == upper_b.read()) ++length;
+    // So far both are the same, so a character of two bytes is one in both.
+    for (bool is_second = false; length < most; ++length) {
+        const bool is_first = !is_second && character_size(a, length) == 2;
+        const bool is_single = !is_first && !is_second;
+        if (is_single ? to_upper(a[length]) != to_upper(b[length]) : a[length] != b[length]) break;
+        is_second = is_first;
+    }
     return length;
 }
 
