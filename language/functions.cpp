@@ -82,8 +82,8 @@ constexpr FunctionRow function_table[] = {
 };
 
 constexpr Word constant_table[] = {
-    {"pi",  {TokenClass::constant}, "3.14159265358979323846", 3.14159265358979323846},
-    {"exp", {TokenClass::constant}, "2.71828",                2.71828},
+    {"pi",  NameKey("pi"),  {TokenClass::constant}, "3.14159265358979323846", 3.14159265358979323846},
+    {"exp", NameKey("exp"), {TokenClass::constant}, "2.71828",                2.71828},
 };
 // clang-format on
 
@@ -110,10 +110,11 @@ constexpr auto words = [] {
     std::array<Word, word_count> words{};
     auto* next = std::ranges::copy(constant_table, words.data()).out;
     for (const FunctionRow& row : function_table) {
-        *next++ = {row.name, {TokenClass::delimiter, row.code, row.code}, {&row.code, 1}};
+        const TokenKind kind{TokenClass::delimiter, row.code, row.code};
+        *next++ = {row.name, NameKey(row.name), kind, {&row.code, 1}};
     }
     for (const Operator& row : operator_table) {
-        if (is_word(row)) *next++ = {row.text, kind_of(row), row.text};
+        if (is_word(row)) *next++ = {row.text, NameKey(row.text), kind_of(row), row.text};
     }
     return words;
 }();

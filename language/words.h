@@ -23,10 +23,10 @@ struct TokenKind {
 
 struct Word {
     std::string_view name;  // lower case
+    NameKey key;            // of the name
     TokenKind kind;
     std::string_view text;  // what the token's text becomes
     double number = 0.0;    // of a constant
-    NameKey key{name};
 };
 
 // For each first byte, a bit for each length of the words that begin with it.
