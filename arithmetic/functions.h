@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "arithmetic/platform_functions.h"
-#include "base/error.h"
 #include "base/value.h"
 
 namespace morandel {
@@ -14,40 +13,32 @@ namespace morandel {
 using NumberFunction = Error (*)(double& x);
 
 inline constexpr double tangent_guard = 1e-05;
-
-inline double to_radians(double degrees) {
-    constexpr double radians_per_degree = 0.017453292519943295;
-    return degrees * radians_per_degree;
-}
+inline constexpr double radians_per_degree = 0.017453292519943295;
 
 inline double to_degrees(double radians) {
     constexpr double pi = 3.141592653589793;
     return radians * 180.0 / pi;
 }
 
-inline bool is_arc_argument(double x) {
-    return !(x > 1.0 || x < -1.0);
-}
-
-inline Error sine(double& x) {
-    x = platform::sine(to_radians(x));
+template <double (*function)(double)>
+Error of_angle(double& x) {
+    x = function(x * radians_per_degree);
     return Error::none;
 }
-
-inline Error cosine(double& x) {
-    x = platform::cosine(to_radians(x));
-    return Error::none;
-}
+inline constexpr NumberFunction sine = of_angle<platform::sine>;
+inline constexpr NumberFunction cosine = of_angle<platform::cosine>;
 
 inline Error tangent(double& x) {
-    if (std::abs(platform::cosine(to_radians(x))) < tangent_guard) return Error::illegal_tangent;
-    x = platform::tangent(to_radians(x));
+    const double angle = x * radians_per_degree;
+    if (std::abs(platform::cosine(angle)) < tangent_guard) return Error::illegal_tangent;
+    x = platform::tangent(angle);
     return Error::none;
 }
 
 inline Error cotangent(double& x) {
-    if (std::abs(platform::sine(to_radians(x))) < tangent_guard) return Error::illegal_cotangent;
-    x = 1.0 / platform::tangent(to_radians(x));
+    const double angle = x * radians_per_degree;
+    if (std::abs(platform::sine(angle)) < tangent_guard) return Error::illegal_cotangent;
+    x = 1.0 / platform::tangent(angle);
     return Error::none;
 }
 
@@ -57,17 +48,14 @@ inline Error square_root(double& x) {
     return Error::none;
 }
 
-inline Error arc_sine(double& x) {
-    if (!is_arc_argument(x)) return Error::arc_out_of_range;
-    x = to_degrees(platform::arc_sine(x));
+template <double (*function)(double)>
+Error arc(double& x) {
+    if (std::abs(x) > 1.0) return Error::arc_out_of_range;
+    x = to_degrees(function(x));
     return Error::none;
 }
-
-inline Error arc_cosine(double& x) {
-    if (!is_arc_argument(x)) return Error::arc_out_of_range;
-    x = to_degrees(platform::arc_cosine(x));
-    return Error::none;
-}
+inline constexpr NumberFunction arc_sine = arc<platform::arc_sine>;
+inline constexpr NumberFunction arc_cosine = arc<platform::arc_cosine>;
 
 inline Error arc_tangent(double& x) {
     x = to_degrees(platform::arc_tangent(x));
@@ -79,17 +67,14 @@ inline Error arc_cotangent(double& x) {
     return Error::none;
 }
 
-inline Error natural_logarithm(double& x) {
+template <double (*function)(double)>
+Error logarithm(double& x) {
     if (x <= 0.0) return Error::not_positive;
-    x = platform::natural_logarithm(x);
+    x = function(x);
     return Error::none;
 }
-
-inline Error decimal_logarithm(double& x) {
-    if (x <= 0.0) return Error::not_positive;
-    x = platform::decimal_logarithm(x);
-    return Error::none;
-}
+inline constexpr NumberFunction natural_logarithm = logarithm<platform::natural_logarithm>;
+inline constexpr NumberFunction decimal_logarithm = logarithm<platform::decimal_logarithm>;
 
 inline Error logical_not(double& x) {
     x = x == 0.0 ? 1.0 : 0.0;

@@ -1,16 +1,12 @@
 #include "arithmetic/operators.h"
 
 #include <cmath>
+#include <optional>
 
 #include "base/search.h"
 
 namespace morandel {
 namespace {
-
-bool has_fraction(double value) {
-    double whole = 0.0;
-    return std::modf(value, &whole) != 0.0;
-}
 
 // A number and what it lacks, with twice the bits of either.
 struct Precise {
@@ -20,26 +16,33 @@ struct Precise {
 
 Precise square(double x) {
     const double number = x * x;
-    return {number, square_error(x, number)};
+    return {number, product_error(x, x, number)};
 }
 
 Precise root(double x) {
     const double number = std::sqrt(x);
     const double square = number * number;
-    const double rest = (x - square) - square_error(number, square);
+    const double rest = (x - square) - product_error(number, number, square);
     return {number, rest / (2.0 * number)};
 }
 
 Precise product(Precise a, Precise b) {
     const double number = a.number * b.number;
-    return {number,
-            product_error(a.number, b.number, number) + (a.number * b.rest + a.rest * b.number)};
+    const double rest =
+        product_error(a.number, b.number, number) + (a.number * b.rest + a.rest * b.number);
+    const double sum = number + rest;
+    return {sum, rest - (sum - number)};
 }
 
-// 0 where it does not round clearly.
-double rounded(Precise value) {
-    const double sum = value.number + value.rest;
-    return rounds_clearly(sum, value.rest - (sum - value.number)) ? sum : 0.0;
+// What products and a root give; C libraries take several times as long.
+std::optional<Precise> quick_power(double base, double exponent) {
+    if (exponent == 2.0) return square(base);
+    if (exponent == 3.0) return product(square(base), {base});
+    if (base < 0.0) return std::nullopt;
+    if (exponent == 0.5) return root(base);
+    if (exponent == 1.5) return product({base}, root(base));
+    if (exponent == 2.5) return product(square(base), root(base));
+    return std::nullopt;
 }
 
 }  // namespace
@@ -57,42 +60,19 @@ double library_power(double base, double exponent) {
 #endif
 }
 
-// C libraries take several times as long as products and a root do.
 double power(double base, double exponent) {
-    if (!has_halves(base)) return library_power(base, exponent);
-    if (exponent == 2.0) {
-        const Precise value = square(base);
-        if (rounds_clearly(value.number, value.rest)) return value.number;
-    } else if (exponent == 3.0) {
-        if (const double value = rounded(product(square(base), {base})); value != 0.0) return value;
-    } else if (base < 0.0) {
-        return library_power(base, exponent);
-    } else if (exponent == 0.5) {
-        const Precise value = root(base);
-        if (rounds_clearly(value.number, value.rest)) return value.number;
-    } else if (exponent == 1.5) {
-        if (const double value = rounded(product({base}, root(base))); value != 0.0) return value;
-    } else if (exponent == 2.5) {
-        const double value = rounded(product(square(base), root(base)));
-        if (value != 0.0) return value;
-    }
-    return library_power(base, exponent);
+    const auto value = has_halves(base) ? quick_power(base, exponent) : std::nullopt;
+    const bool is_clear = value && rounds_clearly(value->number, value->rest);
+    return is_clear ? value->number : library_power(base, exponent);
 }
 
-double factorial(double value) {
-    // Deliberate: 0! is 0, and what is negative stays as it is.
-    double product = value;
-    for (double factor = value - 1.0; factor > 0.0 && !std::isinf(product); factor -= 1.0) {
-        product *= factor;
+Error factorial(double& value, double /*no_right_side*/) {
+    const double last = value;
+    for (double factor = last - 1.0; factor > 0.0 && !std::isinf(value); factor -= 1.0) {
+        value *= factor;
     }
-    return product;
-}
-
-Error apply_factorial(double& value, double /*no_right_side*/) {
-    const double factor = value;
-    value = factorial(factor);
-    if (has_fraction(factor)) return Error::factorial_of_fraction;
-    return factor < 0.0 ? Error::factorial_of_negative : Error::none;
+    if (last != std::trunc(last)) return Error::factorial_of_fraction;
+    return last < 0.0 ? Error::factorial_of_negative : Error::none;
 }
 
 bool contains(std::string_view text, std::string_view piece) {

@@ -6,29 +6,19 @@
 #include <cmath>
 #include <string_view>
 
-#include "base/error.h"
-#include "base/product.h"
+#include "base/numbers.h"
 #include "base/value.h"
 
 namespace morandel {
 
-// Of numbers. A relation's result is 1 or 0.
 using NumberOperator = Error (*)(double& left, double right);
-// Of texts.
 using TextRelation = bool (*)(std::string_view left, std::string_view right);
 
 double library_power(double base, double exponent);
 double power(double base, double exponent);  // the same, faster where that is slow
 
-double factorial(double value);
-Error apply_factorial(double& value, double no_right_side);
-
-// The exact square less the rounded one.
-inline double square_error(double x, double square) {
-    const double upper = upper_half(x);
-    const double lower = x - upper;
-    return ((upper * upper - square) + 2.0 * upper * lower) + lower * lower;
-}
+// Deliberate: 0! is 0, and what is negative stays as it is.
+Error factorial(double& value, double no_right_side);
 
 // Whether a power that was rounded, and what was lost by that, leaves no doubt that C libraries
 // round it to the same number. Of numbers that has_halves tells of they compute powers up to the
@@ -46,18 +36,10 @@ inline bool has_halves(double x) {
     return std::abs(x) > 1e-12 && std::abs(x) < 1e12;
 }
 
-inline Error add(double& left, double right) {
-    left += right;
-    return Error::none;
-}
-
-inline Error subtract(double& left, double right) {
-    left -= right;
-    return Error::none;
-}
-
-inline Error multiply(double& left, double right) {
-    left *= right;
+// What the standard library gives for two numbers, or one of the relations below: 1 or 0.
+template <class Operation>
+Error apply(double& left, double right) {
+    left = static_cast<double>(Operation()(left, right));
     return Error::none;
 }
 
@@ -74,18 +56,10 @@ inline Error raise(double& left, double right) {
     return Error::none;
 }
 
-template <class Relation>
-Error relate(double& left, double right) {
-    left = Relation()(left, right) ? 1.0 : 0.0;
-    return Error::none;
-}
-
+// Deliberate: a NaN is neither less nor greater, and meets both of the first two.
 // clang-format off
-struct Both { bool operator()(double a, double b) const { return a != 0.0 && b != 0.0; } };
-struct Either { bool operator()(double a, double b) const { return a != 0.0 || b != 0.0; } };
 struct NotLess { bool operator()(double a, double b) const { return !(a < b); } };
 struct NotGreater { bool operator()(double a, double b) const { return !(b < a); } };
-struct NotEqual { bool operator()(double a, double b) const { return a != b; } };
 // Deliberate: by the difference, so two equal infinities are not "=".
 struct Greater { bool operator()(double a, double b) const { return a - b > 0.0; } };
 struct Less { bool operator()(double a, double b) const { return a - b < 0.0; } };

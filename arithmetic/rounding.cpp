@@ -18,12 +18,16 @@ struct Decimals {
     std::array<char, 22> text{'0', '.'};
     std::size_t count = 0;
 
-    explicit Decimals(std::string_view digits) : count(digits.size()) {
+    Decimals(double x, int places) {
+        NumberBuffer buffer;
+        const std::string_view written = format_fixed(x, places, buffer);
+        const std::string_view digits = written.substr(written.find('.') + 1);
         std::ranges::copy(digits, text.begin() + 2);
+        count = digits.size();
     }
     char& digit(std::size_t place) { return text[place + 2]; }
     void keep(std::size_t places) { count = std::min(count, places); }
-    double value() const { return digits_to_number({text.data(), count + 2}); }
+    double value() const { return text_to_number({text.data(), count + 2}); }
 };
 
 // A fraction that is itself one of these keeps its nines. Deliberate: twelve nines are missing.
@@ -47,16 +51,11 @@ void clean_up_nines(Decimals& decimals) {
 // Rounds half up to so many places; true where the carry leaves the first one.
 bool round_up(Decimals& decimals, std::size_t places) {
     if (decimals.count <= places || decimals.digit(places) <= '4') return false;
+    while (places > 0 && decimals.digit(places - 1) == '9') --places;
     decimals.keep(places);
-    while (decimals.count > 0) {
-        char& last = decimals.digit(decimals.count - 1);
-        if (last != '9') {
-            ++last;
-            return false;
-        }
-        --decimals.count;
-    }
-    return true;
+    if (places == 0) return true;
+    ++decimals.digit(places - 1);
+    return false;
 }
 
 }  // namespace
@@ -89,35 +88,28 @@ Error integer_part(double& x) {
     if (std::isinf(value) || !(std::abs(value - x) > 0.999999)) return Error::none;
     NumberBuffer buffer;
     const std::string_view text = format_fixed(std::abs(value), 6, buffer);
-    x = std::copysign(digits_to_number(text.substr(0, text.find('.'))), value);
+    x = std::copysign(text_to_number(text.substr(0, text.find('.'))), value);
     return Error::none;
 }
 
 Error decimal_part(double& x) {
     if (x > range_bound) return Error::out_of_range;
-    if (!std::isfinite(x)) {
-        x = 0.0;
-        return Error::none;
-    }
-    NumberBuffer buffer;
-    const std::string_view text = format_fixed(x, 15, buffer);
-    x = Decimals(text.substr(text.find('.') + 1)).value();
+    x = std::isfinite(x) ? Decimals(x, 15).value() : 0.0;
     return Error::none;
 }
 
 Error round_to_decimals(double& x, double decimals) {
     constexpr double most_decimals = 15;
-    double whole_decimals = 0.0;
-    const bool fraction = std::modf(decimals, &whole_decimals) != 0.0;
-    if (decimals < 0.0 || (whole_decimals != 0.0 && fraction)) return Error::decimals_not_natural;
+    const double whole_decimals = std::trunc(decimals);
+    if (decimals < 0.0 || (whole_decimals != 0.0 && whole_decimals != decimals)) {
+        return Error::decimals_not_natural;
+    }
     if (decimals > most_decimals) return Error::too_many_decimals;
     if (std::isnan(x)) return Error::decimals_beyond_number;
 
     double whole = 0.0;
     const double rest = std::modf(x, &whole);
-    NumberBuffer buffer;
-    const std::string_view text = format_fixed(x, 20, buffer);
-    Decimals digits(text.substr(text.find('.') + 1));
+    Decimals digits(x, 20);
     if (!keeps_its_nines(rest)) clean_up_nines(digits);
 
     const auto places = static_cast<std::size_t>(whole_decimals);

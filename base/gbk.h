@@ -1,17 +1,15 @@
-// Text of code page 936 from readable literals: gbk<"缺少操作符"> is a std::string_view of its
+// Text of code page 936 from readable literals: gbk<U"缺少操作符"> is a std::string_view of its
 // bytes, made by the compiler, whatever the compiler's own execution character set can do. A
 // character that the table below lacks does not compile; add its row in code point order.
 
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 namespace morandel {
-namespace detail {
 
 struct GbkCharacter {
     char32_t unicode;
@@ -52,51 +50,29 @@ inline constexpr GbkCharacter gbk_characters[] = {
 
 static_assert(std::ranges::is_sorted(gbk_characters, {}, &GbkCharacter::unicode));
 
-// A string literal as a template argument.
-template <std::size_t Size>
-struct Literal {
-    char bytes[Size];
-    consteval Literal(const char (&text)[Size]) { std::ranges::copy(text, bytes); }
-};
-
-template <std::size_t Size>
-struct GbkText {
-    std::array<char, Size> bytes{};  // code page 936 never needs more bytes than UTF-8 here
-    std::size_t length = 0;
-};
-
 constexpr std::uint16_t gbk_bytes(char32_t unicode) {
+    if (unicode < 0x80) return static_cast<std::uint16_t>(unicode);
     const auto* row = std::ranges::lower_bound(gbk_characters, unicode, {}, &GbkCharacter::unicode);
     if (row == std::end(gbk_characters) || row->unicode != unicode) throw "not in the table";
     return row->bytes;
 }
 
-// The literal is UTF-8; its double-byte characters are all of three bytes there.
+// A literal as a template argument, in code page 936.
 template <std::size_t Size>
-constexpr GbkText<Size> to_gbk(const Literal<Size>& literal) {
-    GbkText<Size> text;
-    for (std::size_t i = 0; i + 1 < Size; ++i) {
-        const auto first = static_cast<unsigned char>(literal.bytes[i]);
-        if (first < 0x80) {
-            text.bytes[text.length++] = literal.bytes[i];
-            continue;
+struct GbkText {
+    char bytes[2 * Size]{};
+    std::size_t length = 0;
+
+    consteval GbkText(const char32_t (&text)[Size]) {
+        for (const char32_t unicode : std::u32string_view(text, Size - 1)) {
+            const std::uint16_t pair = gbk_bytes(unicode);
+            if (pair > 0xFF) bytes[length++] = static_cast<char>(pair >> 8);
+            bytes[length++] = static_cast<char>(pair & 0xFF);
         }
-        const char32_t second = static_cast<unsigned char>(literal.bytes[++i]) & 0x3F;
-        const char32_t third = static_cast<unsigned char>(literal.bytes[++i]) & 0x3F;
-        const std::uint16_t pair = gbk_bytes(((first & 0x0FU) << 12) | (second << 6) | third);
-        text.bytes[text.length++] = static_cast<char>(pair >> 8);
-        text.bytes[text.length++] = static_cast<char>(pair & 0xFF);
     }
-    return text;
-}
+};
 
-template <Literal Text>
-inline constexpr auto gbk_storage = to_gbk(Text);
-
-}  // namespace detail
-
-template <detail::Literal Text>
-inline constexpr std::string_view gbk{detail::gbk_storage<Text>.bytes.data(),
-                                      detail::gbk_storage<Text>.length};
+template <GbkText Text>
+inline constexpr std::string_view gbk{Text.bytes, Text.length};
 
 }  // namespace morandel

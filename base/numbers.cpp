@@ -7,18 +7,11 @@
 #include <limits>
 #include <system_error>
 
+#include "base/characters.h"
 #include "base/charconv.h"
-#include "base/product.h"
 
 namespace morandel {
 namespace {
-
-constexpr std::string_view white_space = " \t\n\v\f\r";
-
-bool is_digit(char c, std::chars_format format) {
-    const bool letter = (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-    return (c >= '0' && c <= '9') || (letter && format == std::chars_format::hex);
-}
 
 // The value of a numeral that from_chars found out of range: infinity or zero, told by the place of
 // its first digit that counts together with its exponent.
@@ -48,7 +41,7 @@ double beyond_range(std::string_view numeral, std::chars_format format) {
 // Reads an unsigned numeral; without one, false and 0.0.
 bool read_unsigned(std::string_view text, std::chars_format format, double& value) {
     value = 0.0;
-    const auto read = double_from_chars(text.data(), text.data() + text.size(), value, format);
+    const auto read = morandel::from_chars(text.data(), text.data() + text.size(), value, format);
     if (read.ec == std::errc::result_out_of_range) {
         value = beyond_range({text.data(), read.ptr}, format);
     }
@@ -68,18 +61,16 @@ std::string_view without_two_signs(std::string_view numeral) {
 }  // namespace
 
 double text_to_number(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(white_space);
-    if (start == std::string_view::npos) return 0.0;
-    text.remove_prefix(start);
-
-    const bool negative = text.front() == '-';
-    if (negative || text.front() == '+') text.remove_prefix(1);
+    text = {std::ranges::find_if_not(text, is_white_space), text.end()};
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
     // from_chars would take a second sign.
-    if (text.empty() || text.front() == '-') return 0.0;
+    if (text.starts_with('-')) return 0.0;
 
+    constexpr std::string_view begins_hexadecimal = "0123456789abcdefABCDEF.";
     double value = 0.0;
     if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
-        (is_digit(text[2], std::chars_format::hex) || text[2] == '.')) {
+        begins_hexadecimal.find(text[2]) != std::string_view::npos) {
         read_unsigned(without_two_signs(text.substr(2)), std::chars_format::hex, value);
     } else if (!read_unsigned(text, std::chars_format::general, value)) {
         return 0.0;
@@ -116,21 +107,15 @@ const char* read_digits(const char* next, double& value) {
     return next;
 }
 
-double digits_to_number(std::string_view digits) {
-    double value = 0.0;
-    read_unsigned(digits, std::chars_format::fixed, value);
-    return value;
-}
-
 std::string_view format_fixed(double value, int decimals, NumberBuffer& buffer) {
-    const auto written = double_to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                         std::chars_format::fixed, decimals);
+    const auto written = morandel::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                            std::chars_format::fixed, decimals);
     return {buffer.data(), written.ptr};
 }
 
 std::string_view format_mantissa(double value, NumberBuffer& buffer) {
-    const auto written = double_to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                         std::chars_format::scientific, 14);
+    const auto written = morandel::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                            std::chars_format::scientific, 14);
     const std::string_view text{buffer.data(), written.ptr};
     return text.substr(0, text.find('e'));
 }
@@ -151,9 +136,7 @@ int to_int(double value) {
     if (std::isnan(value)) return 0;
     constexpr double lowest = std::numeric_limits<int>::min();
     constexpr double highest = std::numeric_limits<int>::max();
-    if (value <= lowest) return std::numeric_limits<int>::min();
-    if (value >= highest) return std::numeric_limits<int>::max();
-    return static_cast<int>(value);
+    return static_cast<int>(std::clamp(value, lowest, highest));
 }
 
 }  // namespace morandel

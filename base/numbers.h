@@ -1,5 +1,5 @@
-// Numbers to text and back. Nothing here asks the host's locale, and every platform gives the
-// same bits.
+// Numbers to text and back, and what is exact about them. Nothing here asks the host's locale, and
+// every platform gives the same bits.
 
 #pragma once
 
@@ -16,9 +16,6 @@ namespace morandel {
 // inf or nan that stands there; 0.0 where there is none. What is too large reads as infinity,
 // what is too small as zero.
 double text_to_number(std::string_view text);
-
-// The same for text known to be digits with at most one point, such as a number token.
-double digits_to_number(std::string_view digits);
 
 // Reads digits with at most one point, as 5. is and .5 is not, and gives the place after them.
 const char* read_digits(const char* next, double& value);
@@ -43,9 +40,9 @@ double through_decimals(double value);
 inline constexpr double kept_by_20_decimals = 0x1p-14;
 inline constexpr double units_of_20_decimals = 1e20;
 
-// Numbers without their signs compare as the whole numbers of their bits do, which cannot trap where
-// a host has floating-point exceptions on. What is wrong shows in the top bit of a difference, takes
-// no branch, and of many numbers is gathered by "or".
+// Numbers without their signs compare as the whole numbers of their bits do, which cannot trap
+// where a host has floating-point exceptions on. What is wrong shows in the top bit of a
+// difference, takes no branch, and of many numbers is gathered by "or".
 using Bits = std::uint64_t;
 
 constexpr Bits size_of(double number) {
@@ -70,6 +67,23 @@ constexpr Bits unkept(double number) {
 // Whether parameters keep a number as it is, and it is in the range that is computed in.
 constexpr bool is_plain(double number) {
     return !is_set(unkept(number));
+}
+
+// The upper half of a number, of 26 bits.
+inline double upper_half(double x) {
+    const double shifted = x * 0x8000001p0;
+    return shifted - (shifted - x);
+}
+
+// What a product loses by rounding: the exact one less the rounded one, where neither is next to
+// the ends of the range.
+inline double product_error(double a, double b, double product) {
+    const double upper_a = upper_half(a);
+    const double upper_b = upper_half(b);
+    const double lower_a = a - upper_a;
+    const double lower_b = b - upper_b;
+    return ((upper_a * upper_b - product) + (upper_a * lower_b + lower_a * upper_b)) +
+           lower_a * lower_b;
 }
 
 // Truncation toward zero; beyond 32 bits it saturates, a NaN gives 0.

@@ -1,13 +1,18 @@
-// What the levels hand to each other.
+// What all computation is of: values, the range of numbers, and errors.
 
 #pragma once
 
 #include <cmath>
 #include <string_view>
 
+#include <morandel/errors.h>
 #include <morandel/result_type.h>
 
 namespace morandel {
+
+// An error of the table. To hosts that is ErrorNumber, since Error is the exception of prepared
+// formulas there.
+using Error = ErrorNumber;
 
 // Both numbers of an operation must lie in the range that is computed in; a NaN does.
 inline constexpr double range_bound = 1.7e+308;

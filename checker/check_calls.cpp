@@ -33,12 +33,12 @@ int Checking::check_operator(char code, int left, int right) {
 
 int Checking::CheckStringFunction(const FunctionRow& row, int kind) {
     CheckHead(row, kind);
-    if (row.check.commas) {
+    // Of one that takes a single argument, others are neither checked nor forgotten when it ends.
+    if (row.kinds.size() > 1) {
         // Counting leaves the reading position behind the call, where the levels go on.
         const int commas = CountCommaCheck();
-        CheckShortParameters(commas, row.check.commas->fewest, row.check_name());
-        const int most = row.check.commas->most;
-        if (most >= 0) CheckExtraParameters(commas, most, row.check_name());
+        CheckShortParameters(commas, row);
+        CheckExtraParameters(commas, row);
         CheckParameters(commas, row);
         forget_arguments(commas);
     }
@@ -47,17 +47,21 @@ int Checking::CheckStringFunction(const FunctionRow& row, int kind) {
 }
 
 void Checking::CheckHead(const FunctionRow& row, int kind) {
-    if (fits(kind, row.first_kind())) return;
-    record(row.check_name(), row.first_fault(), 1);
+    if (fits(kind, row.kind_at(0))) return;
+    record(row.check.name, row.check.first_fault.value_or(row.kind_at(0)), 1);
     if (row.body.routine != nullptr && row.check.tells_error) serror(Error::text_expected);
 }
 
-void Checking::CheckShortParameters(int commas, int fewest, std::string_view name) {
-    if (commas < fewest) record(name, too_few, 1);
+void Checking::CheckShortParameters(int commas, const FunctionRow& row) {
+    const std::string_view kinds = row.check.kinds;
+    const auto required = static_cast<int>(kinds.substr(0, kinds.find_first_of("[*")).size());
+    if (commas < required - 1) record(row.check.name, too_few, 1);
 }
 
-void Checking::CheckExtraParameters(int commas, int most, std::string_view name) {
-    if (commas > most) record(name, too_many, 0);
+void Checking::CheckExtraParameters(int commas, const FunctionRow& row) {
+    const std::string_view kinds = row.check.kinds;
+    const auto possible = std::ranges::count_if(kinds, [](char kind) { return kind != '['; });
+    if (commas >= possible && !kinds.ends_with('*')) record(row.check.name, too_many, 0);
 }
 
 // From the last argument to the second.
@@ -67,22 +71,18 @@ void Checking::CheckParameters(int commas, const FunctionRow& row) {
     for (std::size_t i = 0; i < count && i < kinds.size(); ++i) {
         const std::size_t comma = count - 1 - i;
         if (comma >= m_argument_marks.size()) continue;
-        const int expected = row.check.further_kind(comma);
+        const int expected = row.kind_at(comma + 1);
         const auto kind = static_cast<int>(kinds[kinds.size() - 1 - i]);
         if (expected < 0 || fits(kind, expected)) continue;
-        record(row.check_name(), expected, static_cast<int>(comma) + 2);
+        record(row.check.name, expected, static_cast<int>(comma) + 2);
         serror(Error::text_expected);
     }
 }
 
 int expected_kind(const std::string& name, int index) {
-    const auto rows = function_rows();
-    const auto* row = std::find_if(rows.begin(), rows.end(), [&name](const FunctionRow& candidate) {
-        return candidate.check_name() == name;
-    });
-    if (row != rows.end()) {
-        return index < 2 ? row->first_kind()
-                         : row->check.further_kind(static_cast<std::size_t>(index) - 2);
+    for (const FunctionRow* row : function_index) {
+        if (row == nullptr || row->check.name != name) continue;
+        return row->kind_at(static_cast<std::size_t>(std::max(index, 1)) - 1);
     }
     const auto* sign = std::ranges::find(operator_table, name, &Operator::text);
     if (sign == std::end(operator_table)) return -1;

@@ -15,7 +15,7 @@ bool CExpressionCheck::CheckExpression(const char* text) {
     m_pChecking->start();
     if (SetExpression(text) == 0) return false;
     if (GetStatu() == 0) {
-        m_current = {0, 0, 0, std::string(morandel::gbk<"表达公式字符常量书写有误">)};
+        m_current = {0, 0, 0, std::string(morandel::gbk<U"表达公式字符常量书写有误">)};
         return true;
     }
     return m_pChecking->CheckExpression();

@@ -75,8 +75,8 @@ class Checking {
     int check_operator(char code, int left, int right);
     int CheckStringFunction(const FunctionRow& row, int kind);
     void CheckHead(const FunctionRow& row, int kind);
-    void CheckShortParameters(int commas, int fewest, std::string_view name);
-    void CheckExtraParameters(int commas, int most, std::string_view name);
+    void CheckShortParameters(int commas, const FunctionRow& row);
+    void CheckExtraParameters(int commas, const FunctionRow& row);
     void CheckParameters(int commas, const FunctionRow& row);
 
     struct Step {

@@ -9,7 +9,6 @@ set(MORANDEL_SOURCES
   arithmetic/rounding.cpp
   strfuncs/conversions.cpp
   strfuncs/joining.cpp
-  strfuncs/measured.cpp
   strfuncs/parts.cpp
   strfuncs/searching.cpp
   strfuncs/string_node.cpp

@@ -7,10 +7,10 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 
 #include "arithmetic/operators.h"
 #include "base/numbers.h"
-#include "base/product.h"
 #include "base/value.h"
 #include "engine/block_kernels.h"
 #include "language/operators.h"
@@ -34,15 +34,6 @@ bool compute_block(const double* left, const double* right, double* result, std:
     return !is_set(wrong);
 }
 
-struct Sum {
-    double operator()(double a, double b) const { return a + b; }
-};
-struct Difference {
-    double operator()(double a, double b) const { return a - b; }
-};
-struct Product {
-    double operator()(double a, double b) const { return a * b; }
-};
 struct Negation {
     double operator()(double a, double /*b*/) const { return -a; }
 };
@@ -140,19 +131,19 @@ struct KernelRow {
 
 template <class Set, unsigned checks>
 inline constexpr KernelRow kernel_rows[] = {
-    {'+', compute_block<Set, Sum, checks>},
-    {'-', compute_block<Set, Difference, checks>},
-    {'*', compute_block<Set, Product, checks>},
+    {'+', compute_block<Set, std::plus<>, checks>},
+    {'-', compute_block<Set, std::minus<>, checks>},
+    {'*', compute_block<Set, std::multiplies<>, checks>},
     {'/', divide_block<Set, checks>},
     {'^', raise_block<Set, checks>},
     {code_negate, compute_block<Set, Negation, checks>},
     {'q', compute_block<Set, Root, checks>},
     {'j', compute_block<Set, Not, checks>},
-    {code_and, relate_block<Set, Both, checks>},
-    {code_or, relate_block<Set, Either, checks>},
+    {code_and, relate_block<Set, std::logical_and<>, checks>},
+    {code_or, relate_block<Set, std::logical_or<>, checks>},
     {code_ge, relate_block<Set, NotLess, checks>},
     {code_le, relate_block<Set, NotGreater, checks>},
-    {code_ne, relate_block<Set, NotEqual, checks>},
+    {code_ne, relate_block<Set, std::not_equal_to<>, checks>},
     {'<', relate_block<Set, Less, checks>},
     {'>', relate_block<Set, Greater, checks>},
     {'=', relate_block<Set, Equal, checks>},

@@ -39,7 +39,7 @@ int Evaluator::SetPara(const MYPARA& para, int index, bool isString) {
 
 int Evaluator::SetExpression(const char* text) {
     if (text == nullptr) {
-        m_faults.m_ErrorMessage = gbk<"公式为空">;
+        m_faults.m_ErrorMessage = gbk<U"公式为空">;
         m_faults.m_ErrorNumber = -1;
         return 0;
     }

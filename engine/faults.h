@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "base/error.h"
+#include "base/value.h"
 
 namespace morandel {
 

@@ -1,6 +1,7 @@
 #include "engine/machine.h"
 
 #include <cmath>
+#include <functional>
 
 #include "language/functions.h"
 #include "language/operators.h"
@@ -34,14 +35,14 @@ bool run_numbers(const Program& program, double* numbers) {
             case '-': value -= right; break;
             case '*': value *= right; break;
             case '^': raise(value, right); break;
-            case '>': relate<Greater>(value, right); break;
-            case '<': relate<Less>(value, right); break;
-            case '=': relate<Equal>(value, right); break;
-            case code_and: relate<Both>(value, right); break;
-            case code_or: relate<Either>(value, right); break;
-            case code_ge: relate<NotLess>(value, right); break;
-            case code_le: relate<NotGreater>(value, right); break;
-            case code_ne: relate<NotEqual>(value, right); break;
+            case '>': apply<Greater>(value, right); break;
+            case '<': apply<Less>(value, right); break;
+            case '=': apply<Equal>(value, right); break;
+            case code_and: apply<std::logical_and<>>(value, right); break;
+            case code_or: apply<std::logical_or<>>(value, right); break;
+            case code_ge: apply<NotLess>(value, right); break;
+            case code_le: apply<NotGreater>(value, right); break;
+            case code_ne: apply<std::not_equal_to<>>(value, right); break;
             case code_negate: value = -value; break;
             case '/': if (divide(value, right) != Error::none) return false; break;
             default: if (compute(step, value, right) != Error::none) return false; break;

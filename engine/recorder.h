@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "base/error.h"
+#include "base/value.h"
 #include "engine/program.h"
 #include "engine/registers.h"
 #include "engine/token.h"

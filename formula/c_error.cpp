@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "base/error.h"
+#include <morandel/errors.h>
+
 #include "formula/handles.h"
 
 namespace {

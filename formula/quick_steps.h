@@ -211,7 +211,7 @@ double carry_out_square(double before, const Instruction* at, const double* name
         base = names[at->left];
     }
     const double square = base * base;
-    if (!has_halves(base) || !rounds_clearly(square, square_error(base, square))) {
+    if (!has_halves(base) || !rounds_clearly(square, product_error(base, base, square))) {
         return carry_out_library_square(base, at, names, kept);
     }
     return at[1].carry(square, at + 1, names, kept);

@@ -4,7 +4,8 @@
 #include <iterator>
 #include <utility>
 
-#include "base/error.h"
+#include <morandel/errors.h>
+
 #include "formula/code_page.h"
 
 namespace morandel::formula {

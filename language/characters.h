@@ -24,7 +24,7 @@ enum CharacterClass : std::uint8_t {
     quote = 64,
 };
 
-constexpr std::array<std::uint8_t, 256> make_character_table() {
+inline constexpr auto character_table = [] {
     std::array<std::uint8_t, 256> table{};
     auto mark = [&table](std::string_view bytes, int flags) {
         for (const char c : bytes) {
@@ -47,16 +47,10 @@ constexpr std::array<std::uint8_t, 256> make_character_table() {
         if ((table[first] & name_start) == 0) mark(row.text, single | delimiter);
     }
     return table;
-}
-
-inline constexpr std::array<std::uint8_t, 256> character_table = make_character_table();
+}();
 
 constexpr bool is_any(char c, int flags) {
     return (character_table[static_cast<unsigned char>(c)] & flags) != 0;
-}
-
-constexpr bool isdelim(char c) {
-    return is_any(c, delimiter);
 }
 
 inline const char* end_of_name(const char* next) {

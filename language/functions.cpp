@@ -11,12 +11,9 @@
 #include "language/characters.h"
 #include "language/operators.h"
 #include "language/words.h"
-#include "strfuncs/routines.h"
 
 namespace morandel {
 namespace {
-
-constexpr int any = -1;  // how many commas there are at most
 
 // Deliberate: what the checker records differs from the function's own name ("strims", "Trim",
 // "R2S", "S2R") and fault (of strtrim and r2s); left, right and if leave their steps open; and mod,
@@ -39,57 +36,54 @@ constexpr FunctionRow function_table[] = {
     {{"int", 'o', "n", 1, "", "x", "integer part, x being rounded to six decimals first", "int(-3.7)"}, integer_part},
     {{"deci", 'p', "n", 1, "", "x", "decimals without the sign", "deci(-3.25)"}, decimal_part},
     {{"preci", 'u', "nn", 1, "1", "x, decimals", "x rounded to so many decimals (0 to 15), halves away from zero",
-      "preci(2.675, 2)"}, preci, {.further_kinds = "1", .commas = Commas{1, 1}, .tells_error = false}},
+      "preci(2.675, 2)"}, preci, {.tells_error = false}},
     {{"mod", 'r', "nn", 1, "1", "x, divisor", "remainder of a division, with the sign of x", "mod(-7, 3)"},
-     mod, {.further_kinds = "1", .commas = Commas{1, 1}, .tells_error = false}},
+     mod, {.tells_error = false}},
     {{"strcase", 'C', "t[n", 2, "0", "text[, 0]", "text in upper case, with 0 in lower case", "strcase(\"Abc\")"},
-     strcase, {.further_kinds = "1", .commas = Commas{0, 1}, .result_kind = kind_text, .tells_error = false}},
+     strcase, {.result_kind = kind_text, .tells_error = false}},
     {{"strlen", 'L', "t", 2, "", "text", "length in bytes", "strlen(\"abc\")"}, strlen, {.tells_error = false}},
     {{"strsub", 'U', "tnn[n", 2, "0", "text, start, length[, direction]",
       "part of a text; length -1 takes the rest, direction 0 counts from the end", "strsub(\"abcdef\", 2, 3)"},
-     strsub, {.further_kinds = "111", .commas = Commas{1, 3}, .result_kind = kind_text}},
+     strsub, {.kinds = "tn[nn", .result_kind = kind_text}},
     {{"strtrim", 'T', "tt[n", 2, "202", "piece, text[, side]",
       "text without that piece at its start, with side 0 at its end", "strtrim(\"ab\", \"abcab\", 0)"},
-     strtrim, {.further_kinds = "21", .commas = Commas{1, 2}, .result_kind = kind_text, .first_fault = 1,
-               .name = "Trim"}},
+     strtrim, {.result_kind = kind_text, .first_fault = 1, .name = "Trim"}},
     {{"strcat", 'A', "tt*", 2, "2", "text, text, ...", "all texts joined", "strcat(\"ab\", \"cd\", \"ef\")"},
-     strcat, {.further_kinds = "2*", .commas = Commas{0, any}, .result_kind = kind_text}},
+     strcat, {.kinds = "t[t*", .result_kind = kind_text}},
     {{"strtrims", 'S', "t", 2, "", "text", "text without white space at both ends", "strtrims(\"  ab \")"},
      strtrims, {.result_kind = kind_text, .name = "strims"}},
     {{"strmismatch", 'M', "tt[nnn", 2, "20", "text, other[, start, other start, mode]",
       "length of the common beginning; mode 0 minds the case", "strmismatch(\"abcd\", \"abxd\")"},
-     strmismatch, {.further_kinds = "2111", .commas = Commas{1, 4}, .result_kind = kind_open}},
+     strmismatch, {.result_kind = kind_open}},
     {{"strfind", 'F', "tt[n", 2, "202", "piece, text[, start]", "position of a piece in a text, from 1, or -1",
-      "strfind(\"cd\", \"abcd\")"}, strfind, {.further_kinds = "21", .commas = Commas{1, 2}, .result_kind = kind_open}},
+      "strfind(\"cd\", \"abcd\")"}, strfind, {.result_kind = kind_open}},
     {{"strreplace", 'R', "ttt[nn", 2, "22002", "new, old, text[, start, mode]",
       "text with old replaced by new; mode 0 replaces the first only", "strreplace(\"x\", \"b\", \"abcb \")"},
-     strreplace, {.further_kinds = "2211", .commas = Commas{0, 4}, .result_kind = kind_text}},
+     strreplace, {.kinds = "t[ttnn", .result_kind = kind_text}},
     {{"strdelete", 'D', "tt", 2, "2", "piece, text", "text without any occurrence of the piece",
-      "strdelete(\"b\", \"abcb\")"}, strdelete, {.commas = Commas{1, any}, .result_kind = kind_text}},
+      "strdelete(\"b\", \"abcb\")"}, strdelete, {.kinds = "t?*", .result_kind = kind_text}},
     {{"strinsert", 'Y', "ttn", 2, "202", "text, piece, offset",
       "text with the piece inserted before the byte at offset, from 0", "strinsert(\"abcd\", \"xy\", 2)"},
-     strinsert, {.further_kinds = "21", .commas = Commas{2, 2}, .result_kind = kind_text}},
+     strinsert, {.result_kind = kind_text}},
     {{"r2s", 'V', "n[n", 1, "0", "x[, decimals]", "number as text with at most so many decimals, the rest cut off",
-      "r2s(123.456, 2)"},
-     r2s, {.further_kinds = "1", .commas = Commas{0, 1}, .result_kind = kind_text, .first_fault = 2, .name = "R2S"}},
+      "r2s(123.456, 2)"}, r2s, {.result_kind = kind_text, .first_fault = 2, .name = "R2S"}},
     {{"s2r", 'Z', "t", 2, "", "text", "number at the start of a text", "s2r(\"12.5 kg\")"}, s2r, {.name = "S2R"}},
     {{"strsubn", 'N', "ttn", 2, "202", "text, separator, n", "n-th piece of a text split at a separator",
-      "strsubn(\"a,b,c\", \",\", 2)"},
-     strsubn, {.further_kinds = "21", .commas = Commas{2, 2}, .result_kind = kind_text}},
+      "strsubn(\"a,b,c\", \",\", 2)"}, strsubn, {.result_kind = kind_text}},
     {{"left", 'l', "tn", 2, "0", "text, n", "first n bytes; fails unless another number is pending besides n",
-      "left(strcase(\"abcd\", 0), 2)"}, left, {.further_kinds = "1", .commas = Commas{1, 1}, .closes_step = false}},
+      "left(strcase(\"abcd\", 0), 2)"}, left, {.closes_step = false}},
     {{"right", 'i', "tn", 2, "0", "text, n", "last n bytes; fails unless another number is pending besides n",
-      "right(strcase(\"abcd\", 0), 2)"}, right, {.further_kinds = "1", .commas = Commas{1, 1}, .closes_step = false}},
+      "right(strcase(\"abcd\", 0), 2)"}, right, {.closes_step = false}},
     {{"strfindn", 'f', "tt", 2, "2", "piece, text", "number of occurrences of a piece in a text",
-      "strfindn(\"ab\", \"abcab\")"}, strfindn, {.further_kinds = "21", .commas = Commas{1, 2}}},
+      "strfindn(\"ab\", \"abcab\")"}, strfindn, {.kinds = "tt[n"}},
     {{"not", 'j', "n", 1, "", "x", "1 for 0, else 0", "not(0)"}, logical_not},
     {{"if", 'h', "nnn", 1, "1", "condition, then, else", "second argument where the first is not 0, else the third",
-      "if(2 > 1, 10, 20)"}, choose, {.further_kinds = "1111", .commas = Commas{2, 4}, .closes_step = false}},
+      "if(2 > 1, 10, 20)"}, choose, {.kinds = "nnn[nn", .closes_step = false}},
 };
 
-constexpr Constant constant_table[] = {
-    {"pi",  "3.14159265358979323846", 3.14159265358979323846},
-    {"exp", "2.71828",                2.71828},
+constexpr Word constant_table[] = {
+    {"pi",  NameKey("pi"),  {TokenClass::constant}, "3.14159265358979323846", 3.14159265358979323846},
+    {"exp", NameKey("exp"), {TokenClass::constant}, "2.71828",                2.71828},
 };
 // clang-format on
 
@@ -114,16 +108,13 @@ constexpr TokenKind kind_of(const Operator& row) {
 
 constexpr auto words = [] {
     std::array<Word, word_count> words{};
-    auto* next = words.data();
+    auto* next = std::ranges::copy(constant_table, words.data()).out;
     for (const FunctionRow& row : function_table) {
         const TokenKind kind{TokenClass::delimiter, row.code, row.code};
         *next++ = {row.name, NameKey(row.name), kind, {&row.code, 1}};
     }
     for (const Operator& row : operator_table) {
         if (is_word(row)) *next++ = {row.text, NameKey(row.text), kind_of(row), row.text};
-    }
-    for (const Constant& row : constant_table) {
-        *next++ = {row.name, NameKey(row.name), {TokenClass::constant}, row.text, row.number};
     }
     return words;
 }();
@@ -179,20 +170,22 @@ constexpr std::array<const FunctionRow*, code_limit> function_index = [] {
     return rows;
 }();
 
+int FunctionRow::kind_at(std::size_t commas) const {
+    const std::string_view all = check.kinds;
+    std::size_t place = commas < all.find('[') ? commas : commas + 1;
+    if (all.ends_with('*')) place = std::min(place, all.size() - 2);
+    if (place >= all.size() || all[place] == '?') return -1;
+    return all[place] == 't' ? kind_text : kind_number;
+}
+
 Table<Function> functions() {
     return {public_rows.data(), public_rows.size()};
 }
 
-Table<FunctionRow> function_rows() {
-    return {function_table, std::size(function_table)};
-}
-
 const Function* find_function(std::string_view name) {
     const Word* word = find_word(name);
-    if (word == nullptr) return nullptr;
-    const Table<Function> rows = functions();
-    const auto* row = std::ranges::find(rows, word->kind.code, &Function::code);
-    return row == rows.end() ? nullptr : row;
+    const FunctionRow* row = word == nullptr ? nullptr : function_of_code(word->kind.code);
+    return row == nullptr ? nullptr : &public_rows[static_cast<std::size_t>(row - function_table)];
 }
 
 const Word* look_up_word(std::string_view name) {

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -14,7 +13,7 @@
 
 #include "arithmetic/functions.h"
 #include "language/operators.h"
-#include "strfuncs/call.h"
+#include "strfuncs/routines.h"
 
 namespace morandel {
 
@@ -29,30 +28,14 @@ struct Body {
 
 using enum CExpressionCheck::Kind;
 
-// How many commas the arguments of a call may have.
-struct Commas {
-    int fewest;  // 0 where too few arguments are not looked for
-    int most;    // -1 where too many are not
-};
-
-// What the checker requires of a call and records where that is not met. The kind of the first
-// argument is the function's.
+// What the checker requires of a call and records where that is not met.
 struct CheckRule {
-    std::string_view further_kinds = {};  // of the 2nd, 3rd ... argument; those past the end are
-                                          // not checked, '*' repeats the one before it
-    std::optional<Commas> commas = {};    // none where the call neither checks its further
-                                          // arguments nor forgets them when it ends
+    std::string_view kinds = {};  // of the arguments, other than the function's; '?' is not checked
     int result_kind = kind_number;
     std::optional<int> first_fault = {};  // other than the kind of the first argument
     std::string_view name = {};           // other than the function's
     bool closes_step = true;
     bool tells_error = true;  // where the first argument of a call that reads further ones is wrong
-
-    // The kind of the argument with so many commas before it; -1 where it is not checked.
-    [[nodiscard]] int further_kind(std::size_t comma) const {
-        if (further_kinds.ends_with('*')) return further_kinds[0] - '0';
-        return comma < further_kinds.size() ? further_kinds[comma] - '0' : -1;
-    }
 };
 
 // Whether an operand of a kind can stand where another is expected.
@@ -61,17 +44,18 @@ constexpr bool fits(int kind, int expected) {
 }
 
 struct FunctionRow : Function {
-    Body body;
-    CheckRule check = {};
-
-    [[nodiscard]] std::string_view check_name() const {
-        return check.name.empty() ? name : check.name;
+    constexpr FunctionRow(const Function& function, Body carrier, const CheckRule& rule = {})
+        : Function(function), body(carrier), check(rule) {
+        if (check.kinds.empty()) check.kinds = kinds;
+        if (check.name.empty()) check.name = name;
     }
-    [[nodiscard]] int first_kind() const { return kinds[0] == 't' ? kind_text : kind_number; }
-    [[nodiscard]] int first_fault() const { return check.first_fault.value_or(first_kind()); }
-};
 
-Table<FunctionRow> function_rows();
+    // The kind of the argument with so many commas before it; -1 where it is not checked.
+    [[nodiscard]] int kind_at(std::size_t commas) const;
+
+    Body body;
+    CheckRule check;
+};
 
 extern const std::array<const FunctionRow*, code_limit> function_index;
 

@@ -6,10 +6,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
 #include "arithmetic/operators.h"
-#include "base/error.h"
 
 namespace morandel {
 
@@ -46,30 +46,31 @@ struct Operator {
 // left, equal as ctan, or as int. "!" records fault 0, and "or" fault 2 on its right.
 // clang-format off
 inline constexpr Operator operator_table[] = {
-    // text    code        level             carried out by              nothing after it                 prefix faults
-    {"+",     '+',        Level::sum,       add,                nullptr, Error::nothing_after_sum,        '+'},
-    {"-",     '-',        Level::sum,       subtract,           nullptr, Error::nothing_after_sum,        '-'},
-    {"*",     '*',        Level::product,   multiply,           nullptr, Error::nothing_after_product},
-    {"/",     '/',        Level::product,   divide,             nullptr, Error::nothing_after_product},
-    {"!",     '!',        Level::factorial, apply_factorial,    nullptr, Error::none,                     0,   0, 1},
-    {"^",     '^',        Level::power,     raise,              nullptr, Error::nothing_after_power},
-    {"like",  code_like,  Level::relation,  nullptr,           contains, Error::nothing_after_like,       'l', 2, 2},
-    {"equal", code_equal, Level::relation,  nullptr,          same_text, Error::nothing_after_equal_word, 'e', 2, 2},
-    {"and",   code_and,   Level::relation,  relate<Both>,       nullptr, Error::nothing_after_and},
-    {"or",    code_or,    Level::relation,  relate<Either>,     nullptr, Error::nothing_after_or,         'o', 1, 2},
-    {">=",    code_ge,    Level::relation,  relate<NotLess>,    nullptr, Error::nothing_after_not_less},
-    {"<=",    code_le,    Level::relation,  relate<NotGreater>, nullptr, Error::nothing_after_not_greater},
-    {"<>",    code_ne,    Level::relation,  relate<NotEqual>,   nullptr, Error::nothing_after_not_equal},
-    {"<",     '<',        Level::relation,  relate<Less>,       nullptr, Error::nothing_after_less},
-    {">",     '>',        Level::relation,  relate<Greater>,    nullptr, Error::nothing_after_greater},
-    {"=",     '=',        Level::relation,  relate<Equal>,      nullptr, Error::nothing_after_equal},
+    // text    code        level             carried out by                     nothing after it                 prefix faults
+    {"+",     '+',        Level::sum,       apply<std::plus<>>,          nullptr, Error::nothing_after_sum,        '+'},
+    {"-",     '-',        Level::sum,       apply<std::minus<>>,         nullptr, Error::nothing_after_sum,        '-'},
+    {"*",     '*',        Level::product,   apply<std::multiplies<>>,    nullptr, Error::nothing_after_product},
+    {"/",     '/',        Level::product,   divide,                      nullptr, Error::nothing_after_product},
+    {"!",     '!',        Level::factorial, factorial,                   nullptr, Error::none,                     0,   0, 1},
+    {"^",     '^',        Level::power,     raise,                       nullptr, Error::nothing_after_power},
+    {"like",  code_like,  Level::relation,  nullptr,                    contains, Error::nothing_after_like,       'l', 2, 2},
+    {"equal", code_equal, Level::relation,  nullptr,                   same_text, Error::nothing_after_equal_word, 'e', 2, 2},
+    {"and",   code_and,   Level::relation,  apply<std::logical_and<>>,   nullptr, Error::nothing_after_and},
+    {"or",    code_or,    Level::relation,  apply<std::logical_or<>>,    nullptr, Error::nothing_after_or,         'o', 1, 2},
+    {">=",    code_ge,    Level::relation,  apply<NotLess>,              nullptr, Error::nothing_after_not_less},
+    {"<=",    code_le,    Level::relation,  apply<NotGreater>,           nullptr, Error::nothing_after_not_greater},
+    {"<>",    code_ne,    Level::relation,  apply<std::not_equal_to<>>,  nullptr, Error::nothing_after_not_equal},
+    {"<",     '<',        Level::relation,  apply<Less>,                 nullptr, Error::nothing_after_less},
+    {">",     '>',        Level::relation,  apply<Greater>,              nullptr, Error::nothing_after_greater},
+    {"=",     '=',        Level::relation,  apply<Equal>,                nullptr, Error::nothing_after_equal},
 };
 // clang-format on
 
 // All codes of the language, also those of functions, are below this.
 inline constexpr std::size_t code_limit = 128;
 
-constexpr std::array<std::uint8_t, code_limit> make_operator_index() {
+// By code: the place in the table, from 1; 0 for what is no operator.
+inline constexpr auto operator_index = [] {
     std::array<std::uint8_t, code_limit> index{};
     std::uint8_t place = 0;
     for (const Operator& row : operator_table) {
@@ -78,10 +79,7 @@ constexpr std::array<std::uint8_t, code_limit> make_operator_index() {
         entry = ++place;
     }
     return index;
-}
-
-// By code: the place in the table, from 1; 0 for what is no operator.
-inline constexpr std::array<std::uint8_t, code_limit> operator_index = make_operator_index();
+}();
 
 constexpr const Operator* operator_of_code(char code) {
     const auto index = static_cast<unsigned char>(code);

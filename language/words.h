@@ -21,12 +21,6 @@ struct TokenKind {
     Level level = Level::none;  // of an operator
 };
 
-struct Constant {
-    std::string_view name;
-    std::string_view text;  // as which a formula sees it
-    double number;
-};
-
 struct Word {
     std::string_view name;  // lower case
     NameKey key;            // of the name

@@ -2,24 +2,12 @@
 
 #include <algorithm>
 
+#include "base/characters.h"
 #include "base/search.h"
 #include "strfuncs/routines.h"
 
 namespace morandel {
 namespace {
-
-// A text under construction, in room of exactly its size.
-class Writer {
-  public:
-    explicit Writer(char* room) : m_next(room) {}
-    void append(std::string_view text) {
-        if (!text.empty()) std::memcpy(m_next, text.data(), text.size());
-        m_next += text.size();
-    }
-
-  private:
-    char* m_next;
-};
 
 // The text with every occurrence of old in it, from the left and not overlapping, replaced. old
 // may be empty, and is then nowhere.
@@ -30,19 +18,17 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
     if (kept > longest_text || (count > 0 && replacement.size() > (longest_text - kept) / count)) {
         return Error::longer_than_target;
     }
-    const std::size_t size = kept + count * replacement.size();
-    char* room = call.arena.allocate(size);
-    Writer writer(room);
-    writer.append(head);
+    char* const room = call.arena.allocate(kept + count * replacement.size());
+    char* end = std::ranges::copy(head, room).out;
     for (std::size_t left_over = count; left_over > 0; --left_over) {
         const std::size_t at = find_piece(text, old);
-        writer.append(text.substr(0, at));
-        writer.append(replacement);
+        end = std::ranges::copy(text.substr(0, at), end).out;
+        end = std::ranges::copy(replacement, end).out;
         text.remove_prefix(at + old.size());
     }
-    writer.append(text);
-    writer.append(tail);
-    return call.give_text({room, size});
+    end = std::ranges::copy(text, end).out;
+    end = std::ranges::copy(tail, end).out;
+    return call.give_text({room, end});
 }
 
 }  // namespace
@@ -61,14 +47,15 @@ Error strcat(Call& call) {
     std::size_t size = first.size();
     for (std::size_t i = index; i < call.m_TempStr.size(); ++i) size += call.m_TempStr[i].size();
     if (size > longest_text) return Error::longer_than_target;
-    char* room = call.arena.allocate(size);
-    Writer writer(room);
-    writer.append(first);
-    for (std::size_t i = index; i < call.m_TempStr.size(); ++i) writer.append(call.m_TempStr[i]);
+    char* const room = call.arena.allocate(size);
+    char* end = std::ranges::copy(first, room).out;
+    for (std::size_t i = index; i < call.m_TempStr.size(); ++i) {
+        end = std::ranges::copy(call.m_TempStr[i], end).out;
+    }
 
     // Deliberate: only every second of the joined texts goes.
     call.m_TempStr.remove_every_second(index);
-    return call.give_text({room, size});
+    return call.give_text({room, end});
 }
 
 // strreplace(new, old, text[, start, mode])
@@ -76,29 +63,25 @@ Error strreplace(Call& call) {
     if (call.m_TempStr.empty()) return Error::none;
     if (call.m_TempStr.size() < 2) return Error::too_few_texts;
     const std::string_view replacement = call.value.text;
-    const std::string_view old = call.m_TempStr.from_top(1);
+    std::string_view old = call.m_TempStr.from_top(1);
     const std::string_view text = call.last_text();
     const int start = to_int(call.number_or(2, 1.0));
     const bool first_only = to_int(call.number_or(3, 1.0)) == 0;
     if (start < 1) return Error::not_positive;
 
-    const auto offset = static_cast<std::size_t>(start) - 1;
-    Error error = Error::none;
+    const std::size_t offset = std::min(static_cast<std::size_t>(start) - 1, text.size());
+    std::string_view part = text.substr(offset);
+    std::string_view rest;
     // Deliberate: a match that ends on the last byte of the range may be out of reach.
-    if (old.empty() || text.size() <= offset || text.size() < offset + 1 + old.size()) {
-        error = text.size() > longest_text ? Error::longer_than_target : call.give_copy(text);
-    } else {
-        std::string_view part = text.substr(offset);
-        std::string_view rest;
-        if (const std::size_t at = find_piece(part, old);
-            first_only && at != std::string_view::npos) {
-            rest = part.substr(at + old.size());
-            part = part.substr(0, at + old.size());
-        }
-        error = replace_all(call, text.substr(0, offset), part, rest, old, replacement);
+    if (part.size() <= old.size()) old = {};
+    if (first_only) {
+        const std::size_t last = part.size() - old.size();  // where it can stand, or does not
+        const std::size_t end = std::min(find_piece(part, old), last) + old.size();
+        rest = part.substr(end);
+        part = part.substr(0, end);
     }
-    if (error == Error::none) call.PopTempStr(2);
-    call.PopNumArray(2);
+    const Error error = replace_all(call, text.substr(0, offset), part, rest, old, replacement);
+    call.pop(error == Error::none ? 2 : 0, 2);
     return error;
 }
 
@@ -106,7 +89,7 @@ Error strreplace(Call& call) {
 Error strdelete(Call& call) {
     if (call.m_TempStr.empty()) return Error::none;
     const Error error = replace_all(call, {}, call.last_text(), {}, call.value.text, {});
-    if (error == Error::none) call.PopTempStr(1);
+    if (error == Error::none) call.pop(1, 0);
     return error;
 }
 
@@ -117,20 +100,21 @@ Error strinsert(Call& call) {
     if (call.m_TempStr.empty()) return Error::too_few_texts;
     const std::string_view text = call.value.text;
     const std::string_view piece = call.last_text();
-    if (text.size() > longest_text || piece.size() > longest_text - text.size()) {
-        return Error::longer_than_target;
-    }
     const int wanted = std::max(to_int(call.extra.values[1]), 0);
     const std::size_t offset = std::min(static_cast<std::size_t>(wanted), text.size());
-    const std::size_t size = text.size() + piece.size();
-    char* room = call.arena.allocate(size);
-    Writer writer(room);
-    writer.append(text.substr(0, offset));
-    writer.append(piece);
-    writer.append(text.substr(offset));
-    call.PopTempStr(1);
-    call.PopNumArray(1);
-    return call.give_text({room, size});
+    const Error error =
+        replace_all(call, text.substr(0, offset), piece, text.substr(offset), {}, {});
+    if (error == Error::none) call.pop(1, 1);
+    return error;
+}
+
+// strcase(text[, 0]): letters byte by byte, in double-byte characters too.
+Error strcase(Call& call) {
+    if (!call.is_in_range()) return Error::out_of_range;
+    const std::string_view text = call.value.text;
+    char* changed = call.arena.allocate(text.size());
+    std::ranges::transform(text, changed, call.extra.values[0] == 0.0 ? to_lower : to_upper);
+    return call.give_text({changed, text.size()});
 }
 
 }  // namespace morandel

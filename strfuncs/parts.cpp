@@ -1,7 +1,6 @@
 // String functions that give a part of a text.
 
 #include <algorithm>
-#include <cstdint>
 
 #include "base/characters.h"
 #include "base/search.h"
@@ -10,26 +9,12 @@
 namespace morandel {
 namespace {
 
-// From a start counted from 1, forward or, mirrored, from the end of the text.
-Error part_of(std::string_view& text, std::int64_t start, std::int64_t length, bool from_end) {
-    constexpr std::int64_t rest = -1;
-    if (start < 1) return Error::value_incorrect;
-    if (length < 0 && length != rest) return Error::negative_length;
-
-    const auto size = static_cast<std::int64_t>(text.size());
-    const std::int64_t most = std::max<std::int64_t>(size - start + 1, 0);
-    const std::int64_t count = length == rest ? most : std::min(length, most);
-    if (count == 0) {
-        text = {};
-        return Error::none;
-    }
-    const std::int64_t offset = from_end ? size - (start - 1) - count : start - 1;
-    text = text.substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(count));
-    return Error::none;
-}
-
-bool is_white_space(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
+// So much from an offset on, or what is there of it; or mirrored, from the end of the text.
+std::string_view part_of(std::string_view text, std::size_t offset, std::size_t length,
+                         bool from_end) {
+    offset = std::min(offset, text.size());
+    length = std::min(length, text.size() - offset);
+    return text.substr(from_end ? text.size() - offset - length : offset, length);
 }
 
 // The first n bytes of a text, or the last ones.
@@ -38,13 +23,8 @@ Error end_of(Call& call, bool last) {
     if (call.g_NumArray.size() < 2) return Error::value_missing;
     const int count = to_int(call.extra.values[0]);
     if (count < 1) return Error::not_positive;
-    std::string_view text = call.value.text;
-    const auto length = static_cast<std::size_t>(count);
-    if (text.size() > length) {
-        text = last ? text.substr(text.size() - length) : text.substr(0, length);
-    }
-    call.PopNumArray(1);
-    return call.give_text(text);
+    call.pop(0, 1);
+    return call.give_text(part_of(call.value.text, 0, static_cast<std::size_t>(count), last));
 }
 
 }  // namespace
@@ -62,11 +42,13 @@ Error strsub(Call& call) {
     const int start = to_int(numbers.from_top(below + 1));
     const int length = to_int(numbers.from_top(below));
 
-    std::string_view text = call.value.text;
-    const Error error = part_of(text, start, length, from_end);
-    if (error != Error::none) return error;
-    call.PopNumArray(3);
-    return call.give_text(text);
+    constexpr int rest = -1;  // which is more than any text has
+    if (start < 1) return Error::value_incorrect;
+    if (length < rest) return Error::negative_length;
+
+    call.pop(0, 3);
+    return call.give_text(part_of(call.value.text, static_cast<std::size_t>(start) - 1,
+                                  static_cast<std::size_t>(length), from_end));
 }
 
 // strtrim(piece, text[, side])
@@ -75,16 +57,13 @@ Error strtrim(Call& call) {
     const std::string_view piece = call.value.text;
     std::string_view text = call.last_text();
     const bool at_start = call.g_NumArray.empty() || to_int(call.g_NumArray.from_top(0)) != 0;
-    if (!piece.empty()) {
-        if (at_start && text.starts_with(piece)) {
-            text.remove_prefix(piece.size());
-        } else if (!at_start && text.ends_with(piece)) {
-            text.remove_suffix(piece.size());
-        }
+    if (at_start && text.starts_with(piece)) {
+        text.remove_prefix(piece.size());
+    } else if (!at_start && text.ends_with(piece)) {
+        text.remove_suffix(piece.size());
     }
     const Error error = call.give_copy(text);
-    call.PopTempStr(1);
-    call.PopNumArray(1);
+    call.pop(1, 1);
     return error;
 }
 
@@ -109,20 +88,15 @@ Error strsubn(Call& call) {
     const std::string_view separator = call.last_text();
     std::string_view rest = call.value.text;
     std::string_view piece;
-    if (!separator.empty()) {
-        for (int left_over = to_int(place); left_over > 0; --left_over) {
-            const std::size_t found = find_piece(rest, separator);
-            piece = rest.substr(0, found);
-            if (found == std::string_view::npos) {
-                if (left_over > 1) piece = {};
-                break;
-            }
-            rest.remove_prefix(found + separator.size());
-        }
+    int left_over = to_int(place);
+    std::size_t found = separator.empty() ? std::string_view::npos : 0;
+    for (; left_over > 0 && found != std::string_view::npos; --left_over) {
+        found = find_piece(rest, separator);
+        piece = rest.substr(0, found);
+        if (found != std::string_view::npos) rest.remove_prefix(found + separator.size());
     }
-    call.PopTempStr(1);
-    call.PopNumArray(1);
-    return call.give_text(piece);
+    call.pop(1, 1);
+    return call.give_text(left_over > 0 ? std::string_view() : piece);
 }
 
 // left(text, n)

@@ -9,41 +9,24 @@
 namespace morandel {
 namespace {
 
-// Reads a text byte by byte with its single-byte letters in upper case.
-class UpperCaseReader {
-  public:
-    explicit UpperCaseReader(std::string_view text) : m_text(text) {}
-    char read() {
-        if (m_next == m_character_end) {
-            const std::size_t size = character_size(m_text, m_next);
-            m_character_end += size;
-            if (size == 1) return to_upper(m_text[m_next++]);
-        }
-        return m_text[m_next++];
-    }
-
-  private:
-    std::string_view m_text;
-    std::size_t m_next = 0;
-    std::size_t m_character_end = 0;
-};
-
+// How many bytes are the same, or single-byte letters that differ in case alone.
 std::size_t common_beginning(std::string_view a, std::string_view b, bool mind_case) {
+    if (mind_case) return static_cast<std::size_t>(std::ranges::mismatch(a, b).in1 - a.begin());
     const std::size_t most = std::min(a.size(), b.size());
     std::size_t length = 0;
-    if (mind_case) {
-        while (length < most && a[length] == b[length]) ++length;
-    } else {
-        UpperCaseReader upper_a(a);
-        UpperCaseReader upper_b(b);
-        while (length < most && upper_a.read() == upper_b.read()) ++length;
+    // So far both are the same, so a character of two bytes is one in both.
+    for (bool is_second = false; length < most; ++length) {
+        const bool is_first = !is_second && character_size(a, length) == 2;
+        const bool is_single = !is_first && !is_second;
+        if (is_single ? to_upper(a[length]) != to_upper(b[length]) : a[length] != b[length]) break;
+        is_second = is_first;
     }
     return length;
 }
 
 // Whether a start counted from 1 lies outside of a text.
 bool outside(std::string_view text, double start) {
-    return start - 1.0 < 0.0 || static_cast<double>(text.size()) - start + 1.0 < 1.0;
+    return start < 1.0 || start > static_cast<double>(text.size());
 }
 
 bool beyond(std::string_view text, double start) {
@@ -51,8 +34,7 @@ bool beyond(std::string_view text, double start) {
 }
 
 std::string_view from(std::string_view text, double start) {
-    const int offset = std::max(to_int(start), 1) - 1;
-    return text.substr(std::min(static_cast<std::size_t>(offset), text.size()));
+    return text.substr(static_cast<std::size_t>(std::max(to_int(start), 1)) - 1);
 }
 
 }  // namespace
@@ -70,7 +52,7 @@ Error strmismatch(Call& call) {
     const std::string_view other = call.last_text();
 
     if (beyond(text, start) || beyond(other, other_start)) {
-        call.PopTempStr(1);
+        call.pop(1, 0);
         return Error::beyond_text;
     }
     if (outside(text, start) || outside(other, other_start)) return Error::value_incorrect;
@@ -81,8 +63,7 @@ Error strmismatch(Call& call) {
         length = static_cast<double>(
             common_beginning(from(text, start), from(other, other_start), mind_case));
     }
-    call.PopTempStr(1);
-    call.PopNumArray(3);
+    call.pop(1, 3);
     return call.give_number(length, type_integer);
 }
 
@@ -96,8 +77,7 @@ Error strfind(Call& call) {
     std::size_t at = std::string_view::npos;
     if (!piece.empty()) at = find_piece(text, piece, static_cast<std::size_t>(start) - 1);
     const double position = at == std::string_view::npos ? -1.0 : static_cast<double>(at) + 1.0;
-    call.PopTempStr(1);
-    call.PopNumArray(1);
+    call.pop(1, 1);
     return call.give_number(position, type_integer);
 }
 
@@ -105,9 +85,15 @@ Error strfind(Call& call) {
 Error strfindn(Call& call) {
     if (call.m_TempStr.empty()) return Error::value_missing;
     const double count = static_cast<double>(count_occurrences(call.value.text, call.last_text()));
-    call.PopTempStr(1);
-    call.PopNumArray(1);
+    call.pop(1, 1);
     return call.give_number(count, type_number);
+}
+
+// strlen(text)
+Error strlen(Call& call) {
+    call.give_number(static_cast<double>(call.value.text.size()), type_number);
+    // Deliberate: a further argument changes nothing, but is held to the range as well.
+    return call.is_in_range() ? Error::none : Error::out_of_range;
 }
 
 }  // namespace morandel

@@ -62,7 +62,7 @@ inline Error average(double& left, double right) {
 
 # An error: its name and number, and its row.
 row include/morandel/errors.h 'enum class ErrorNumber' 'cube_too_large = 80,'
-row base/errors.cpp 'ErrorText errors[]' '{Error::cube_too_large, gbk<"数值为空">, "too large to be cubed"},'
+row base/errors.cpp 'ErrorText errors[]' '{Error::cube_too_large, gbk<U"数值为空">, "too large to be cubed"},'
 
 settings="-G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 -DMORANDEL_BUILD_TESTS=OFF -DMORANDEL_BUILD_COMMAND=OFF"
 cmake -S . -B build $settings >"$scratch/log" 2>&1 && cmake --build build --target morandel_static >>"$scratch/log" 2>&1 &&
@@ -83,7 +83,7 @@ for taken in s '#'; do
     refused language/functions.cpp 'a code stands twice'
     cp "$scratch/functions.cpp" language
 done
-row language/operators.h 'Operator operator_table[]' '{"xor", '"'B'"', Level::relation, relate<NotEqual>, nullptr, Error::none},'
+row language/operators.h 'Operator operator_table[]' '{"xor", '"'B'"', Level::relation, apply<std::not_equal_to<>>, nullptr, Error::none},'
 refused language/functions.cpp 'two operators of one code'
-row base/errors.cpp 'ErrorText errors[]' '{Error::out_of_range, gbk<"数值为空">, ""},'
+row base/errors.cpp 'ErrorText errors[]' '{Error::out_of_range, gbk<U"数值为空">, ""},'
 refused base/errors.cpp 'no number twice'

@@ -187,7 +187,7 @@ double written_and_read(double number) {
     std::string_view text = format_fixed(number, 20, buffer);
     const bool negative = text.front() == '-';
     if (negative) text.remove_prefix(1);
-    const double read = digits_to_number(text);
+    const double read = text_to_number(text);
     return negative ? -read : read;
 }
 

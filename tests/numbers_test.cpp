@@ -124,10 +124,10 @@ TEST(Numbers, DigitsAreReadExactly) {
         std::string digits = std::to_string(numbers.raw());
         digits.insert(static_cast<std::size_t>(numbers.raw() % digits.size()) + 1, ".");
         if (i % 7 == 0) digits += std::to_string(numbers.raw());
-        EXPECT_EQ(bits(digits_to_number(digits)), bits(std::strtod(digits.c_str(), nullptr)))
+        EXPECT_EQ(bits(text_to_number(digits)), bits(std::strtod(digits.c_str(), nullptr)))
             << digits;
     }
-    EXPECT_EQ(digits_to_number("5."), 5.0);
+    EXPECT_EQ(text_to_number("5."), 5.0);
 }
 
 TEST(Numbers, ParametersGoThroughTwentyDecimals) {

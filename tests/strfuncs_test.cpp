@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/error.h"
+#include "base/value.h"
 #include "strfuncs/routines.h"
 
 namespace {

@@ -20,10 +20,7 @@ namespace morandel {
 class Calculation {
   public:
     Calculation(RecordStore& records, std::string& error, int& result_type)
-        : m_records(records),
-          m_error(error),
-          m_result_type(result_type),
-          m_attempts_left(bound(static_cast<std::int64_t>(records.size()))) {}
+        : m_records(records), m_error(error), m_result_type(result_type) {}
 
     bool run() {
         queue_all();
@@ -50,10 +47,10 @@ class Calculation {
         int settled_texts;
     };
 
-    static std::int64_t bound(std::int64_t count) { return count * (count + 1); }
-
     // All wait in list order. Where names repeat, the first record stands for each of them.
     void queue_all() {
+        const auto count = static_cast<std::int64_t>(m_records.size());
+        m_attempts_left = count * (count + 1);
         m_waiting.reserve(m_records.size());
         m_records.each_first_of_name([this](CVariableExpress& record) {
             m_waiting.push_back({&record, {}, {}, 0});
@@ -188,7 +185,7 @@ class Calculation {
     Evaluator m_evaluator{m_result_text, m_message, m_status};
     double m_number = 0.0;  // handed on last
     std::string m_text;
-    std::int64_t m_attempts_left;  // before the one that is too many
+    std::int64_t m_attempts_left = 0;  // before the one that is too many
     std::vector<Waiting> m_waiting;
     int m_settled = 0;
     int m_settled_texts = 0;  // of those

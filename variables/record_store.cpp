@@ -1,22 +1,21 @@
 #include "variables/record_store.h"
 
-#include <algorithm>
 #include <bit>
 #include <functional>
 #include <utility>
 
 namespace morandel {
 
-// Each chunk is twice as large as the one before, up to 512 nodes.
 void RecordStore::add_chunk() {
-    const std::size_t size = std::size_t{4} << std::min<std::size_t>(m_chunks.size(), 7);
-    m_chunks.push_back({std::make_unique_for_overwrite<Node[]>(size), size});
-    chain(m_chunks.back());
+    const std::size_t chunk = m_chunks.size();
+    m_chunks.push_back(std::make_unique_for_overwrite<Node[]>(size_of_chunk(chunk)));
+    chain(chunk);
 }
 
-void RecordStore::chain(const Chunk& chunk) {
-    for (std::size_t i = chunk.size; i-- > 0;) {
-        chunk.nodes[i].next = std::exchange(m_spare, &chunk.nodes[i]);
+void RecordStore::chain(std::size_t chunk) {
+    for (std::size_t i = size_of_chunk(chunk); i-- > 0;) {
+        Node& node = m_chunks[chunk][i];
+        node.next = std::exchange(m_spare, &node);
     }
 }
 
@@ -30,7 +29,7 @@ void RecordStore::clear() {
         m_chunks.resize(chunks_kept);
         m_buckets = {};
     }
-    for (std::size_t i = m_chunks.size(); i-- > 0;) chain(m_chunks[i]);
+    for (std::size_t i = m_chunks.size(); i-- > 0;) chain(i);
 }
 
 // Puts the first spare node, which has its record, to the end of the list.
@@ -67,17 +66,13 @@ bool RecordStore::remove_first(std::string_view name) {
         *place = node->next_in_bucket;
     }
 
-    unlink(*node);
+    (node->next == nullptr ? m_last : node->next->previous) = node->previous;
+    (node->previous == nullptr ? m_first : node->previous->next) = node->next;
+    if (node->previous != nullptr) node->previous->record->m_pNext = node->record->m_pNext;
+    --m_size;
     node->record.reset();
     node->next = std::exchange(m_spare, node);
     return true;
-}
-
-void RecordStore::unlink(const Node& node) {
-    (node.next == nullptr ? m_last : node.next->previous) = node.previous;
-    (node.previous == nullptr ? m_first : node.previous->next) = node.next;
-    if (node.previous != nullptr) node.previous->record->m_pNext = node.record->m_pNext;
-    --m_size;
 }
 
 CVariableExpress* RecordStore::find(std::string_view name) {

@@ -62,15 +62,11 @@ class RecordStore {
         std::size_t hash;
     };
 
-    struct Chunk {
-        std::unique_ptr<Node[]> nodes;
-        std::size_t size;
-    };
-
+    // Each chunk is twice as large as the one before, up to 512 nodes.
+    static std::size_t size_of_chunk(std::size_t chunk) { return chunk < 7 ? 4U << chunk : 512; }
     void add_chunk();
-    void chain(const Chunk& chunk);
+    void chain(std::size_t chunk);
     void take_in_spare();
-    void unlink(const Node& node);
     Node* find_node(std::string_view name, std::size_t hash);
     Node* find_node(std::string_view name);
     void index();
@@ -78,7 +74,7 @@ class RecordStore {
     Node*& bucket(std::size_t hash) { return m_buckets[hash % m_buckets.size()]; }
 
     // Nodes are made by the chunk. Those without a record are chained, to be used again.
-    std::vector<Chunk> m_chunks;
+    std::vector<std::unique_ptr<Node[]>> m_chunks;
     Node* m_spare = nullptr;
 
     Node* m_first = nullptr;

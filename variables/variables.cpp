@@ -64,8 +64,7 @@ int CVariableExpress::GetType() {
 }
 
 int CVariableExpress::SetType(int type) {
-    m_nType = type;
-    return m_nType;
+    return m_nType = type;
 }
 
 int CVariableExpress::GetName(std::string& out) {

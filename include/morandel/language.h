@@ -12,13 +12,12 @@ namespace morandel {
 struct Function {
     std::string_view name;
     char code;  // what the function is called within the library
-    std::string_view
-        kinds;       // of the arguments: n number, t text; those behind '[' may be left out,
-                     // '*' repeats the last
-    int first_type;  // type that a variable as first argument is expected to have: 0 integer,
-                     // 1 number, 2 text
-    std::string_view further_types;  // as 2nd, 3rd ... argument, the last digit for all that
-                                     // follow; empty: the type of the variable before it
+    // Of the arguments: n number, t text; behind '[' they may be left out, '*' repeats the last.
+    std::string_view kinds;
+    // Types that variables are expected to have: 0 integer, 1 number, 2 text; as 2nd, 3rd ...
+    // argument, the last digit for all that follow, or none for the type of the variable before it.
+    int first_type;
+    std::string_view further_types;
     std::string_view arguments;
     std::string_view summary;
     std::string_view example;

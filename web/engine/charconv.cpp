@@ -115,8 +115,8 @@ std::size_t size_of_word(std::string_view text) {
 
 }  // namespace
 
-std::from_chars_result double_from_chars(const char* first, const char* last, double& value,
-                                         std::chars_format format) {
+std::from_chars_result from_chars(const char* first, const char* last, double& value,
+                                  std::chars_format format) {
     const std::string_view text(first, static_cast<std::size_t>(last - first));
     std::size_t size = size_of_numeral(text, format);
     const bool is_numeral = size > 0;
@@ -131,8 +131,8 @@ std::from_chars_result double_from_chars(const char* first, const char* last, do
     return {first + size, std::errc()};
 }
 
-std::to_chars_result double_to_chars(char* first, char* last, double value,
-                                     std::chars_format format, int decimals) {
+std::to_chars_result to_chars(char* first, char* last, double value, std::chars_format format,
+                              int decimals) {
     constexpr std::size_t most = 1536;  // the smallest double has 1074 decimals
     char room[most];
     const char* const pattern = format == std::chars_format::fixed ? "%.*f" : "%.*e";
