@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/value.h"
@@ -31,13 +32,11 @@ struct Step {
     Register result;
 };
 
-// Nobody reads the further arguments of such a call.
-inline constexpr std::uint16_t no_set = 0xFFFF;
-
 struct Program {
     std::vector<Step> steps;
     Register result = Registers::nothing;
-    // Further arguments that calls read, one set a call that has any. Set 0 is of those without.
+    // Further arguments that calls read, one set a call that has any. Set 0 stands for none: there
+    // nothing is written.
     std::uint16_t argument_sets = 1;
 
     // Whether numbers are all that it reads and gives, and pending values nothing to it.
@@ -47,13 +46,10 @@ struct Program {
     bool touches_pending = false;  // reads or leaves values of further arguments
     std::string_view lacks{};      // the first name without a value, in the formula
 
+    // Keeps the room of the steps.
     void clear() {
         steps.clear();
-        result = Registers::nothing;
-        argument_sets = 1;
-        is_numeric = true;
-        touches_pending = false;
-        lacks = {};
+        *this = {.steps = std::move(steps)};
     }
 };
 
