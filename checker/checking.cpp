@@ -12,7 +12,7 @@ void Checking::start() {
 
 OperandKind Checking::operand() const {
     const bool is_literal = token().m_IsStringLiteral;
-    if (token().type() != CONSTANT || (!is_literal && !m_tokens.m_IsNumber)) {
+    if (!token().is_constant() || (!is_literal && m_tokens.last_read() != LastRead::number)) {
         return OperandKind::none;
     }
     return is_literal ? OperandKind::text : OperandKind::number;
@@ -26,7 +26,7 @@ int Checking::may_miss_expression(Checking& /*this*/) {
 // A name without a value is an operand of any kind.
 int Checking::may_miss_operand(Checking& /*this*/) {
     ++m_face.m_tokenCount;
-    if (token().type() == VARIABLE) {
+    if (token().is(TokenClass::name)) {
         get_token();
         return kind_variable;
     }
@@ -74,7 +74,7 @@ int Checking::CountCommaCheck() {
 
     int commas = 0;
     int depth = 0;
-    while (token().type() != NONE) {
+    while (!token().is(TokenClass::end)) {
         get_token();
         if (m_tokens.at(')') && depth-- == 0) break;
         if (m_tokens.at('(')) ++depth;

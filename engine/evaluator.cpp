@@ -5,7 +5,6 @@
 
 #include "base/floating_point.h"
 #include "base/gbk.h"
-#include "engine/grammar.h"
 #include "engine/levels.h"
 #include "engine/recorder.h"
 #include "engine/well_formed_text.h"
@@ -162,7 +161,7 @@ void Evaluator::record() {
 }
 
 Evaluator::Memory Evaluator::memory() const {
-    return {g_NumArray.changes() + m_pending.m_TempStr.changes(), m_tokens.m_IsNumber};
+    return {g_NumArray.changes() + m_pending.m_TempStr.changes(), m_tokens.last_read() == LastRead::number};
 }
 
 void Evaluator::ClearOld() {

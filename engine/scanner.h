@@ -40,9 +40,6 @@ class Scanner {
         token.end = offset();
     }
 
-    // As though the text ended here.
-    void stop() { m_formula = m_next = ""; }
-
   private:
     void skip_blanks() {
         while (*m_next == ' ') ++m_next;
@@ -52,17 +49,15 @@ class Scanner {
         return static_cast<std::uint16_t>(m_next - m_formula);
     }
 
-    static std::string_view text_between(const char* begin, const char* end) {
-        return {begin, static_cast<std::size_t>(end - begin)};
+    static const TokenKind& kind_of_byte(char byte) {
+        return kinds_of_bytes[static_cast<unsigned char>(byte)];
     }
-
     static void set_kind(Token& token, const TokenKind& kind) {
         static_cast<TokenKind&>(token) = kind;
     }
 
     int read_single(Token& token) {
-        set_kind(token, kinds_of_bytes[static_cast<unsigned char>(*m_next)]);
-        ++m_next;
+        set_kind(token, kind_of_byte(*m_next++));
         return single;
     }
 
@@ -75,13 +70,12 @@ class Scanner {
     int read_name(Token& token) {
         const char* begin = m_next;
         m_next = end_of_name(begin);
-        const std::string_view text = text_between(begin, m_next);
-        token.text = text;
-        if (text.size() == 1) {
-            set_kind(token, kinds_of_bytes[static_cast<unsigned char>(*begin)]);
+        token.text = std::string_view(begin, m_next);
+        if (token.text.size() == 1) {
+            set_kind(token, kind_of_byte(*begin));
         } else {
             set_kind(token, {TokenClass::name});
-            isFunction(token, text);
+            isFunction(token);
         }
         return name_start;
     }
@@ -90,19 +84,19 @@ class Scanner {
     int read_literal(Token& token) {
         const char* begin = ++m_next;
         while (*m_next != '"' && *m_next != '\0') ++m_next;
-        token.text = text_between(begin, m_next);
+        token.text = std::string_view(begin, m_next);
         set_kind(token, {TokenClass::literal});
         token.m_IsStringLiteral = true;
         token.m_QuoteClosed = *m_next == '"';
         if (token.m_QuoteClosed) ++m_next;
-        isFunction(token, token.text);
+        isFunction(token);
         return quote;
     }
 
     // Turns a name that is a function, an operator or a constant into that. Deliberate: a literal
     // that spells one is taken as one too.
-    static void isFunction(Token& token, std::string_view text) {
-        const Word* word = find_word(text);
+    static void isFunction(Token& token) {
+        const Word* word = find_word(token.text);
         if (word == nullptr) return;
         set_kind(token, word->kind);
         token.text = word->text;

@@ -9,8 +9,6 @@
 
 namespace morandel {
 
-enum TokenType : std::int8_t { NONE = 0, DELIMITER = 1, VARIABLE = 2, CONSTANT = 3 };
-
 // What a token is as an operand.
 enum class OperandKind : std::uint8_t { none, parameter, text, number };
 
@@ -23,18 +21,16 @@ struct Token : TokenKind {
     bool m_IsStringLiteral = false;
     bool m_QuoteClosed = false;
 
-    // By its class, which is in the order of these.
-    [[nodiscard]] TokenType type() const {
-        return static_cast<TokenType>(token_class < TokenClass::number ? token_class
-                                                                       : TokenClass::number);
-    }
+    [[nodiscard]] bool is(TokenClass wanted) const { return token_class == wanted; }
+    // Whether it has a value, by the order of the classes.
+    [[nodiscard]] bool is_constant() const { return token_class >= TokenClass::number; }
 
     // A literal is an operand whatever it spells; a named constant is taken as what was read
     // before.
     [[nodiscard]] OperandKind operand(bool is_number) const {
         if (m_IsStringLiteral) return OperandKind::text;
-        if (type() != CONSTANT) return OperandKind::none;
-        if (token_class == TokenClass::parameter) return OperandKind::parameter;
+        if (!is_constant()) return OperandKind::none;
+        if (is(TokenClass::parameter)) return OperandKind::parameter;
         return is_number ? OperandKind::number : OperandKind::text;
     }
 };

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <utility>
 
@@ -21,9 +20,7 @@ class WellFormedText {
         : m_scanner(formula), m_parameters(parameters) {}
 
     // Once the levels have read it: whether the formula is well formed, by the grammar check too.
-    [[nodiscard]] bool is_accepted() const {
-        return !m_refused && m_token.token_class == TokenClass::end;
-    }
+    [[nodiscard]] bool is_accepted() const { return !m_refused && m_token.is(TokenClass::end); }
     // What the last number or parameter was.
     [[nodiscard]] LastRead last_read() const { return m_last_read; }
     // What was read last before, where a named constant comes first, which is the same then; a
@@ -40,7 +37,6 @@ class WellFormedText {
     Register may_miss_expression(Recorder& recorder) { return may_miss_operand(recorder); }
     // A name without a value does for the grammar.
     Register may_miss_operand(Recorder& recorder);
-
     void may_miss_close(Recorder&) { refuse(); }
 
     // Powers and relations come in the order of the grammar check, between sums and products of a
