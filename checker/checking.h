@@ -25,7 +25,6 @@ class Levels;
 class Checking {
   public:
     explicit Checking(CExpressionCheck& face) : m_face(face), m_tokens(face.evaluator().tokens()) {
-        face.evaluator().always_cut();
     }
 
     // As the checker's calls of the same names.
