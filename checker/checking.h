@@ -18,33 +18,16 @@
 
 namespace morandel {
 
-template <class Source, class Notes>
-class Levels;
-
 // Works on the public fields of a checker and with its evaluator's tokens.
 class Checking {
   public:
-    explicit Checking(CExpressionCheck& face) : m_face(face), m_tokens(face.evaluator().tokens()) {
-    }
-
-    // As the checker's calls of the same names.
-    bool CheckExpression();
-    int CountCommaCheck();
-    int GetCommaNum() const;
-    int GetLocalNumber() const { return static_cast<int>(m_comma_marks.count()); }
-    void InitStep();
-    void forget_arguments(int count);
-    void start();
-
-  private:
-    template <class Source, class Notes>
-    friend class Levels;
+    explicit Checking(CExpressionCheck& face) : m_face(face), m_tokens(face.evaluator().tokens()) {}
 
     // What the levels ask of a source.
     [[nodiscard]] const Token& token() const { return m_tokens.token(); }
     void get_token() { m_tokens.get_token(); }
     [[nodiscard]] OperandKind operand() const;
-    int may_miss_expression(Checking& /*this*/);
+    int may_miss_expression(Checking& /*this*/) { return serror(Error::no_expression); }
     int may_miss_operand(Checking& /*this*/);
     void may_miss_close(Checking& /*this*/) { serror(Error::unbalanced_parentheses); }
     void take_operator();
@@ -61,22 +44,17 @@ class Checking {
     void first_argument(int /*kind*/) {}
     void further_argument(std::size_t place, int kind);
     int end_call(int kind, char code);
-    int atith(char code, int left, int right) { return check_operator(code, left, right); }
-    int MUL_Atith(char code, int left, int right) { return check_operator(code, left, right); }
+    int atith(char code, int left, int right);
+    int MUL_Atith(char code, int left, int right) { return atith(code, left, right); }
     void finish(int kind) { m_face.m_resultKind = kind; }
 
     void open_step();
     void record(std::string_view name, int type, int index);
-    void serror(Error error) { m_face.evaluator().faults().serror(error); }
-
-    // Operators and calls, see check_calls.cpp. They give the kind of the result.
-    int Checkunary(char code, int kind);
-    int check_operator(char code, int left, int right);
+    // Gives the kind of what is missing.
+    int serror(Error error);
     int CheckStringFunction(const FunctionRow& row, int kind);
-    void CheckHead(const FunctionRow& row, int kind);
-    void CheckShortParameters(int commas, int fewest, std::string_view name);
-    void CheckExtraParameters(int commas, int most, std::string_view name);
-    void CheckParameters(int commas, const FunctionRow& row);
+    void CheckParameters(const FunctionRow& row, std::size_t commas);
+    void forget_arguments(int count);
 
     struct Step {
         std::uint16_t next_token = 0;
@@ -86,9 +64,8 @@ class Checking {
     CExpressionCheck& m_face;
     TokenReader& m_tokens;
     std::vector<Step> m_positions;
-    std::vector<std::uint32_t> m_argument_marks;  // one for each argument parsed after a comma
-    std::bitset<longest_formula> m_comma_marks;   // by place of the argument
-    bool m_faulty = false;
+    std::size_t m_arguments = 0;                 // parsed after a comma
+    std::bitset<longest_formula> m_comma_marks;  // by place of the argument
 };
 
 }  // namespace morandel
