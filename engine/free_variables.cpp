@@ -51,6 +51,10 @@ bool is_text_operator(const Token& token) {
     return row != nullptr && row->texts != nullptr;
 }
 
+std::string_view name_of(const std::unique_ptr<VariableNode>& node) {
+    return node->name;
+}
+
 }  // namespace
 
 void FreeVariables::list(TokenReader& tokens) {
@@ -70,8 +74,9 @@ void FreeVariables::list(TokenReader& tokens) {
         const bool after_open = before->code == '(';
         if (is_text && !m_nodes.empty() && before2->code != ')') first()->type = type_text;
         if (token.is(TokenClass::name)) {
-            if (const VariableNode* known = find(token.text)) {
-                m_type = known->type;
+            const auto known = std::ranges::find(m_nodes, token.text, name_of);
+            if (known != m_nodes.end()) {
+                m_type = (*known)->type;
             } else {
                 // Deliberate: the "(" that begins the formula does not count.
                 if (open_before_constant > 0 &&
@@ -94,12 +99,6 @@ void FreeVariables::list(TokenReader& tokens) {
         before2 = std::exchange(before, &token);
         tokens.get_token();
     }
-}
-
-const VariableNode* FreeVariables::find(std::string_view name) const {
-    const auto node =
-        std::ranges::find(m_nodes, name, [](const auto& n) -> std::string_view { return n->name; });
-    return node != m_nodes.end() ? node->get() : nullptr;
 }
 
 }  // namespace morandel

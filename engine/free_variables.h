@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 #include <morandel/express.h>
@@ -30,8 +29,6 @@ class FreeVariables {
     }
 
   private:
-    [[nodiscard]] const VariableNode* find(std::string_view name) const;
-
     std::vector<std::unique_ptr<VariableNode>> m_nodes;
     int m_type = 0;  // of the variable handled last
 };

@@ -11,10 +11,11 @@ namespace {
 
 // Six rules, each accepting one construct and leaving the token after it in hand. Where one
 // rejects, the rules above it name the operand that is missing.
-class Rules {
-  public:
-    Rules(TokenReader& tokens, Faults& faults, int& expression_status)
-        : m_tokens(tokens), m_faults(faults), m_ExpressionStatus(expression_status) {}
+struct Rules {
+    TokenReader& m_tokens;
+    Faults& m_faults;
+    int& m_ExpressionStatus;
+    bool m_ended = false;  // by a literal without its closing quote
 
     bool VerifyExpression() {
         get_token();
@@ -24,7 +25,6 @@ class Rules {
         return true;
     }
 
-  private:
     // T { (+|-) T }
     bool E() {
         const Operator* before = nullptr;
@@ -95,10 +95,7 @@ class Rules {
         m_ended = true;
         m_tokens.end();
     }
-    template <class Kind>
-    [[nodiscard]] bool at(Kind kind) const {
-        return m_tokens.at(kind);
-    }
+    [[nodiscard]] bool at(auto kind) const { return m_tokens.at(kind); }
     [[nodiscard]] const Operator* row() const { return operator_of_code(m_tokens.token().code); }
 
     // Reads over an operator of that level; null where there is none.
@@ -122,17 +119,12 @@ class Rules {
         m_faults.serror(error);
         return false;
     }
-
-    TokenReader& m_tokens;
-    Faults& m_faults;
-    int& m_ExpressionStatus;
-    bool m_ended = false;  // by a literal without its closing quote
 };
 
 }  // namespace
 
 bool verify(TokenReader& tokens, Faults& faults, int& expression_status) {
-    return Rules(tokens, faults, expression_status).VerifyExpression();
+    return Rules{tokens, faults, expression_status}.VerifyExpression();
 }
 
 }  // namespace morandel

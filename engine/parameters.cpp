@@ -55,20 +55,27 @@ void Parameters::set_in_range(std::size_t slot, double number) {
     m_beyond_range += (in_range(number) ? 0 : 1) - (in_range(m_registers.numbers()[slot]) ? 0 : 1);
 }
 
-int Parameters::find_counted(std::string_view name) const {
+int Parameters::find(std::string_view name) const {
     static_assert(NameKey::hashes > std::size_t{2} * most);
+    constexpr int few = 6;  // up to so many, names are compared one after the other
+    const NameKey key(name);
+    const auto is_at = [&](int slot) {
+        return m_slots[static_cast<std::size_t>(slot)].has_name(name, key);
+    };
+    if (m_count <= few) {
+        int slot = 0;
+        while (slot < m_count && !is_at(slot)) ++slot;
+        return slot < m_count ? slot : -1;
+    }
     const auto next = [](std::size_t at) { return (at + 1) % NameKey::hashes; };
     for (; m_indexed < m_count; ++m_indexed) {
         std::size_t at = m_slots[static_cast<std::size_t>(m_indexed)].key.hash();
         while (m_index[at] != 0) at = next(at);
         m_index[at] = static_cast<std::uint8_t>(m_indexed + 1);
     }
-    const NameKey key(name);
     for (std::size_t at = key.hash(); m_index[at] != 0; at = next(at)) {
         const int slot = m_index[at] - 1;
-        if (slot < m_count && m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) {
-            return slot;
-        }
+        if (slot < m_count && is_at(slot)) return slot;
     }
     return -1;
 }

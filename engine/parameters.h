@@ -73,9 +73,7 @@ class Parameters {
     }
 
     // The first of the counted slots that has that name, or -1.
-    [[nodiscard]] int find(std::string_view name) const {
-        return m_count > 0 ? find_counted(name) : -1;
-    }
+    [[nodiscard]] int find(std::string_view name) const;
 
     // Whether all numbers are in the range that is computed in, also those that do not count now.
     [[nodiscard]] bool all_in_range() const { return m_beyond_range == 0; }
@@ -88,7 +86,6 @@ class Parameters {
     void convert_number(std::size_t slot, const std::string& name, double number);
     void set_in_range(std::size_t slot, double number);
     void declare(std::size_t slot, const std::string& name, ResultType type);
-    [[nodiscard]] int find_counted(std::string_view name) const;
 
     Registers& m_registers;
     int m_count = 0;

@@ -24,9 +24,16 @@ class Scanner {
         skip_blanks();
         token.m_IsStringLiteral = false;
         const int starts = character_table[static_cast<unsigned char>(*m_next)];
-        if ((starts & single) != 0) return read_single(token);
+        if ((starts & single) != 0) {
+            set_kind(token, kind_of_byte(*m_next++));
+            return single;
+        }
         if ((starts & name_start) != 0) return read_name(token);
-        if ((starts & digit) != 0) return read_number(token);
+        if ((starts & digit) != 0) {
+            set_kind(token, {TokenClass::number});
+            m_next = read_digits(m_next, token.number);
+            return digit;
+        }
         if ((starts & quote) != 0) return read_literal(token);
         set_kind(token, {});
         return 0;
@@ -54,17 +61,6 @@ class Scanner {
     }
     static void set_kind(Token& token, const TokenKind& kind) {
         static_cast<TokenKind&>(token) = kind;
-    }
-
-    int read_single(Token& token) {
-        set_kind(token, kind_of_byte(*m_next++));
-        return single;
-    }
-
-    int read_number(Token& token) {
-        set_kind(token, {TokenClass::number});
-        m_next = read_digits(m_next, token.number);
-        return digit;
     }
 
     int read_name(Token& token) {

@@ -12,6 +12,9 @@ namespace morandel {
 // What a token is as an operand.
 enum class OperandKind : std::uint8_t { none, parameter, text, number };
 
+// What the last one of numbers and parameters was.
+enum class LastRead : std::uint8_t { nothing, number, text };
+
 struct Token : TokenKind {
     std::string_view text;    // of a name or literal, or of the word that it is
     double number = 0.0;      // of a number or a named constant
@@ -27,11 +30,11 @@ struct Token : TokenKind {
 
     // A literal is an operand whatever it spells; a named constant is taken as what was read
     // before.
-    [[nodiscard]] OperandKind operand(bool is_number) const {
+    [[nodiscard]] OperandKind operand(LastRead last_read) const {
         if (m_IsStringLiteral) return OperandKind::text;
         if (!is_constant()) return OperandKind::none;
         if (is(TokenClass::parameter)) return OperandKind::parameter;
-        return is_number ? OperandKind::number : OperandKind::text;
+        return last_read == LastRead::text ? OperandKind::text : OperandKind::number;
     }
 };
 

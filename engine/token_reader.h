@@ -15,9 +15,6 @@
 
 namespace morandel {
 
-// Of numbers and parameters.
-enum class LastRead : std::uint8_t { nothing, number, text };
-
 // What a token is of these. A name that is a parameter becomes one.
 inline LastRead find_constant(Token& token, const Parameters& parameters) {
     if (token.is(TokenClass::number)) return LastRead::number;
@@ -62,12 +59,11 @@ class TokenReader {
 
     // What the levels ask of a source. A missing operand is not read over, a missing ")" is.
     [[nodiscard]] const Token& token() const { return *m_Token; }
-    [[nodiscard]] OperandKind operand() const { return m_Token->operand(m_IsNumber); }
-    [[nodiscard]] LastRead last_read() const {
-        return m_IsNumber ? LastRead::number : LastRead::text;
-    }
+    [[nodiscard]] OperandKind operand() const { return m_Token->operand(m_last_read); }
+    // What the constant last read was; literals and named constants do not touch it.
+    [[nodiscard]] LastRead last_read() const { return m_last_read; }
     void set_last_read(LastRead last_read) {
-        if (last_read != LastRead::nothing) m_IsNumber = last_read == LastRead::number;
+        if (last_read != LastRead::nothing) m_last_read = last_read;
     }
     Register may_miss_expression(Recorder& recorder) {
         return recorder.serror(Error::no_expression);
@@ -84,8 +80,7 @@ class TokenReader {
   private:
     const Parameters& m_Para;
     const Token* m_Token = &end_of_nothing;
-    bool m_IsNumber = true;       // whether the constant last read was a number; literals and
-                                  // named constants do not touch it
+    LastRead m_last_read = LastRead::number;
     std::vector<Token> m_Tokens;  // the end token last
     std::uint16_t m_Prog = 0;     // the token to be read next
 };

@@ -28,9 +28,7 @@ class WellFormedText {
     [[nodiscard]] LastRead needs() const { return m_needs; }
 
     [[nodiscard]] const Token& token() const { return m_token; }
-    [[nodiscard]] OperandKind operand() const {
-        return m_token.operand(m_last_read != LastRead::text);
-    }
+    [[nodiscard]] OperandKind operand() const { return m_token.operand(m_last_read); }
 
     void get_token();
 
@@ -42,8 +40,9 @@ class WellFormedText {
     // Powers and relations come in the order of the grammar check, between sums and products of a
     // pair of parentheses and past commas.
     void take_operator() {
-        const std::uint8_t rank =
-            m_token.level < Level::power ? std::uint8_t{0} : rank_of(m_token.code);
+        const std::uint8_t rank = m_token.level < Level::power
+                                      ? std::uint8_t{0}
+                                      : operator_index[static_cast<unsigned char>(m_token.code)];
         if (m_token.level == Level::factorial || (rank != 0 && rank < m_rank)) refuse();
         m_rank = rank;
         get_token();
@@ -60,10 +59,6 @@ class WellFormedText {
 
   private:
     static constexpr int deepest = 64;
-
-    static std::uint8_t rank_of(char code) {
-        return operator_index[static_cast<unsigned char>(code)];
-    }
 
     void refuse();
     void read_name();
