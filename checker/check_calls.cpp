@@ -58,6 +58,13 @@ void Checking::CheckParameters(const FunctionRow& row, std::size_t commas) {
     }
 }
 
+void Checking::forget_arguments(int count) {
+    std::vector<std::uint32_t>& kinds = m_face.m_argKinds;
+    const auto wanted = static_cast<std::size_t>(count);
+    m_arguments -= std::min(wanted, m_arguments);
+    kinds.resize(kinds.size() - std::min(wanted, kinds.size()));
+}
+
 int expected_kind(const std::string& name, int index) {
     const auto rows = function_rows();
     const auto* row = std::ranges::find(rows, name, &FunctionRow::check_name);

@@ -1,83 +1,12 @@
-// The walk of a check, and the face of the checker.
+// The face of the checker.
 
 #include <morandel/checker.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "base/gbk.h"
 #include "checker/checking.h"
 #include "engine/levels.h"
-
-namespace morandel {
-
-OperandKind Checking::operand() const {
-    if (!token().is_constant()) return OperandKind::none;
-    if (token().m_IsStringLiteral) return OperandKind::text;
-    return m_tokens.last_read() == LastRead::number ? OperandKind::number : OperandKind::none;
-}
-
-// A name without a value is an operand of any kind.
-int Checking::may_miss_operand(Checking& /*this*/) {
-    ++m_face.m_tokenCount;
-    if (!token().is(TokenClass::name)) return serror(Error::bad_expression);
-    get_token();
-    return kind_variable;
-}
-
-// Its step opens at the token after it.
-void Checking::take_operator() {
-    ++m_face.m_tokenCount;
-    get_token();
-    open_step();
-}
-
-int Checking::open() {
-    ++m_face.m_tokenCount;
-    m_comma_marks.reset();
-    return 0;
-}
-
-char Checking::begin_call(char code) {
-    ++m_face.m_tokenCount;
-    open_step();
-    return code;
-}
-
-void Checking::further_argument(std::size_t place, int kind) {
-    ++m_face.m_tokenCount;
-    m_comma_marks.set(place);
-    ++m_arguments;
-    m_face.m_argKinds.push_back(static_cast<std::uint32_t>(kind));
-}
-
-// At the token in hand.
-void Checking::open_step() {
-    ++m_face.m_depth;
-    const auto step = static_cast<std::size_t>(++m_face.m_step);
-    if (step >= m_positions.size()) m_positions.resize(step + 1);
-    m_positions[step] = {m_tokens.tell(), token().end};
-}
-
-void Checking::record(std::string_view name, int type, int index) {
-    const auto step = static_cast<std::size_t>(m_face.m_step);
-    m_face.m_current = {type, m_positions[step].position, index, std::string(name)};
-    m_face.m_errors.push_back(m_face.m_current);
-}
-
-int Checking::serror(Error error) {
-    m_face.evaluator().faults().serror(error);
-    return kind_open;
-}
-
-void Checking::forget_arguments(int count) {
-    std::vector<std::uint32_t>& kinds = m_face.m_argKinds;
-    const auto wanted = static_cast<std::size_t>(count);
-    m_arguments -= std::min(wanted, m_arguments);
-    kinds.resize(kinds.size() - std::min(wanted, kinds.size()));
-}
-
-}  // namespace morandel
 
 CExpressionCheck::CExpressionCheck() : m_pChecking(std::make_unique<morandel::Checking>(*this)) {}
 CExpressionCheck::~CExpressionCheck() = default;

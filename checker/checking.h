@@ -7,6 +7,7 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -26,12 +27,31 @@ class Checking {
     // What the levels ask of a source.
     [[nodiscard]] const Token& token() const { return m_tokens.token(); }
     void get_token() { m_tokens.get_token(); }
-    [[nodiscard]] OperandKind operand() const;
+    [[nodiscard]] OperandKind operand() const {
+        if (!token().is_constant()) return OperandKind::none;
+        if (token().m_IsStringLiteral) return OperandKind::text;
+        return m_tokens.last_read() == LastRead::number ? OperandKind::number : OperandKind::none;
+    }
     int may_miss_expression(Checking& /*this*/) { return serror(Error::no_expression); }
-    int may_miss_operand(Checking& /*this*/);
+    // A name without a value is an operand of any kind.
+    int may_miss_operand(Checking& /*this*/) {
+        ++m_face.m_tokenCount;
+        if (!token().is(TokenClass::name)) return serror(Error::bad_expression);
+        get_token();
+        return kind_variable;
+    }
     void may_miss_close(Checking& /*this*/) { serror(Error::unbalanced_parentheses); }
-    void take_operator();
-    int open();
+    // Its step opens at the token after it.
+    void take_operator() {
+        ++m_face.m_tokenCount;
+        get_token();
+        open_step();
+    }
+    int open() {
+        ++m_face.m_tokenCount;
+        m_comma_marks.reset();
+        return 0;
+    }
     void close(int /*outer*/) {}
 
     // What they tell a recorder.
@@ -40,20 +60,23 @@ class Checking {
     int parameter(const Token& token) { return number(token); }
     int number(const Token& /*token*/) { return ++m_face.m_tokenCount, kind_number; }
     int text(const Token& /*token*/) { return ++m_face.m_tokenCount, kind_text; }
-    char begin_call(char code);
+    char begin_call(char code) {
+        ++m_face.m_tokenCount;
+        open_step();
+        return code;
+    }
     void first_argument(int /*kind*/) {}
-    void further_argument(std::size_t place, int kind);
+    void further_argument(std::size_t place, int kind) {
+        ++m_face.m_tokenCount;
+        m_comma_marks.set(place);
+        ++m_arguments;
+        m_face.m_argKinds.push_back(static_cast<std::uint32_t>(kind));
+    }
     int end_call(int kind, char code);
     int atith(char code, int left, int right);
     int MUL_Atith(char code, int left, int right) { return atith(code, left, right); }
     void finish(int kind) { m_face.m_resultKind = kind; }
 
-    void open_step();
-    void record(std::string_view name, int type, int index);
-    // Gives the kind of what is missing.
-    int serror(Error error);
-    int CheckStringFunction(const FunctionRow& row, int kind);
-    void CheckParameters(const FunctionRow& row, std::size_t commas);
     void forget_arguments(int count);
 
     struct Step {
@@ -66,6 +89,27 @@ class Checking {
     std::vector<Step> m_positions;
     std::size_t m_arguments = 0;                 // parsed after a comma
     std::bitset<longest_formula> m_comma_marks;  // by place of the argument
+
+  private:
+    // At the token in hand.
+    void open_step() {
+        ++m_face.m_depth;
+        const auto step = static_cast<std::size_t>(++m_face.m_step);
+        if (step >= m_positions.size()) m_positions.resize(step + 1);
+        m_positions[step] = {m_tokens.tell(), token().end};
+    }
+    void record(std::string_view name, int type, int index) {
+        const auto step = static_cast<std::size_t>(m_face.m_step);
+        m_face.m_current = {type, m_positions[step].position, index, std::string(name)};
+        m_face.m_errors.push_back(m_face.m_current);
+    }
+    // Gives the kind of what is missing.
+    int serror(Error error) {
+        m_face.evaluator().faults().serror(error);
+        return kind_open;
+    }
+    int CheckStringFunction(const FunctionRow& row, int kind);
+    void CheckParameters(const FunctionRow& row, std::size_t commas);
 };
 
 }  // namespace morandel
