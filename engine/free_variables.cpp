@@ -51,10 +51,6 @@ bool is_text_operator(const Token& token) {
     return row != nullptr && row->texts != nullptr;
 }
 
-std::string_view name_of(const std::unique_ptr<VariableNode>& node) {
-    return node->name;
-}
-
 }  // namespace
 
 void FreeVariables::list(TokenReader& tokens) {
@@ -74,7 +70,8 @@ void FreeVariables::list(TokenReader& tokens) {
         const bool after_open = before->code == '(';
         if (is_text && !m_nodes.empty() && before2->code != ')') first()->type = type_text;
         if (token.is(TokenClass::name)) {
-            const auto known = std::ranges::find(m_nodes, token.text, name_of);
+            const auto known = std::ranges::find(
+                m_nodes, token.text, [](const auto& node) { return std::string_view(node->name); });
             if (known != m_nodes.end()) {
                 m_type = (*known)->type;
             } else {

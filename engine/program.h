@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "base/value.h"
@@ -45,12 +44,6 @@ struct Program {
 
     bool touches_pending = false;  // reads or leaves values of further arguments
     std::string_view lacks{};      // the first name without a value, in the formula
-
-    // Keeps the room of the steps.
-    void clear() {
-        steps.clear();
-        *this = {.steps = std::move(steps)};
-    }
 };
 
 }  // namespace morandel

@@ -18,7 +18,8 @@ class Recorder {
   public:
     // Constants go straight to the registers, which have room for what the formula needs.
     Recorder(Program& program, Registers& registers) : m_program(program), m_registers(registers) {
-        program.clear();
+        program.steps.clear();
+        program = {.steps = std::move(program.steps)};
     }
 
     using Operand = Register;

@@ -19,16 +19,6 @@ void WellFormedText::read_name() {
     }
 }
 
-Register WellFormedText::may_miss_operand(Recorder& recorder) {
-    if (!m_token.is(TokenClass::name) || m_token.text.size() > longest_free_name) {
-        refuse();
-        return Registers::nothing;
-    }
-    const Register value = recorder.lacking(m_token);
-    get_token();
-    return value;
-}
-
 // There is nothing more to read then, so that the levels come to their end.
 void WellFormedText::refuse() {
     m_refused = true;

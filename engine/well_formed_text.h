@@ -34,7 +34,15 @@ class WellFormedText {
 
     Register may_miss_expression(Recorder& recorder) { return may_miss_operand(recorder); }
     // A name without a value does for the grammar.
-    Register may_miss_operand(Recorder& recorder);
+    Register may_miss_operand(Recorder& recorder) {
+        if (!m_token.is(TokenClass::name) || m_token.text.size() > longest_free_name) {
+            refuse();
+            return Registers::nothing;
+        }
+        const Register value = recorder.lacking(m_token);
+        get_token();
+        return value;
+    }
     void may_miss_close(Recorder&) { refuse(); }
 
     // Powers and relations come in the order of the grammar check, between sums and products of a
