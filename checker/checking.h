@@ -58,8 +58,8 @@ class Checking {
     using Operand = int;
     static constexpr int nothing = kind_number;  // on the right of "!"
     int parameter(const Token& token) { return number(token); }
-    int number(const Token& /*token*/) { return ++m_face.m_tokenCount, kind_number; }
-    int text(const Token& /*token*/) { return ++m_face.m_tokenCount, kind_text; }
+    int number(const Token& /*token*/) { return ++m_face.m_tokenCount, int{kind_number}; }
+    int text(const Token& /*token*/) { return ++m_face.m_tokenCount, int{kind_text}; }
     char begin_call(char code) {
         ++m_face.m_tokenCount;
         open_step();

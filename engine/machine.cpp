@@ -122,7 +122,7 @@ void Machine::further_argument(const Step& step, const Value& value,
     } else {
         numbers.push(value.number);
     }
-    const auto place = static_cast<std::size_t>(step.code);
+    const auto place = static_cast<unsigned char>(step.code);
     if (place < ExtraArguments::kept && step.right != 0) {
         m_sets[step.right].values[place] = value.number;
     }

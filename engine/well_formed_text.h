@@ -43,7 +43,7 @@ class WellFormedText {
         get_token();
         return value;
     }
-    void may_miss_close(Recorder&) { refuse(); }
+    void may_miss_close(Recorder& /*recorder*/) { refuse(); }
 
     // Powers and relations come in the order of the grammar check, between sums and products of a
     // pair of parentheses and past commas.
