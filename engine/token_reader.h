@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -50,8 +49,8 @@ class TokenReader {
     static constexpr std::uint16_t end_position = 0xFFFF;
     [[nodiscard]] std::uint16_t tell() const { return m_Prog; }
     void seek(std::uint16_t position) {
-        const std::size_t last = empty() ? end_position : m_Tokens.size() - 1;
-        m_Prog = static_cast<std::uint16_t>(std::min<std::size_t>(position, last));
+        const bool is_at_end = position == end_position && !empty();
+        m_Prog = is_at_end ? static_cast<std::uint16_t>(m_Tokens.size() - 1) : position;
     }
 
     // Records the levels' walk from here on.
