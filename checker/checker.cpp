@@ -12,19 +12,20 @@ CExpressionCheck::CExpressionCheck() : m_pChecking(std::make_unique<morandel::Ch
 CExpressionCheck::~CExpressionCheck() = default;
 
 bool CExpressionCheck::CheckExpression(const char* text) {
-    m_pChecking->start();
+    using morandel::Checking;
+    m_step = -1;
+    m_depth = 0;
+    m_pChecking->m_arguments = 0;
+    m_resultKind = kind_open;
     if (SetExpression(text) == 0) return false;
     if (GetStatu() == 0) {
         m_current = {0, 0, 0, std::string(morandel::gbk<U"表达公式字符常量书写有误">)};
         return true;
     }
-    return m_pChecking->CheckExpression();
-}
-
-bool morandel::Checking::CheckExpression() {
-    m_face.evaluator().tokens().seek(0);
-    Levels<Checking&, Checking&>(*this, *this).get_exp();
-    return m_faulty;
+    const std::size_t faults = m_errors.size();
+    evaluator().tokens().seek(0);
+    morandel::Levels<Checking&, Checking&>(*m_pChecking, *m_pChecking).get_exp();
+    return m_errors.size() > faults;
 }
 
 void CExpressionCheck::Reset() {
@@ -41,19 +42,35 @@ const CheckexpressionError& CExpressionCheck::GetExpressionError(int index) cons
 }
 
 int CExpressionCheck::CountCommaCheck() {
-    return m_pChecking->CountCommaCheck();
+    morandel::TokenReader& tokens = evaluator().tokens();
+    const auto step = static_cast<std::size_t>(m_step);
+    const auto& positions = m_pChecking->m_positions;
+    tokens.seek(m_step >= 0 && step < positions.size() ? positions[step].next_token : 0);
+    tokens.get_token();  // the "(" of the list
+
+    int commas = 0;
+    int depth = 0;
+    while (!tokens.at(morandel::TokenClass::end)) {
+        tokens.get_token();
+        if (tokens.at(')') && depth-- == 0) break;
+        if (tokens.at('(')) ++depth;
+        if (tokens.at(',') && depth == 0) ++commas;
+    }
+    tokens.get_token();
+    return commas;
 }
 
 int CExpressionCheck::GetCommaNum() {
-    return m_pChecking->GetCommaNum();
+    return m_depth == 2 ? GetLocalNumber() : static_cast<int>(m_pChecking->m_arguments);
 }
 
 int CExpressionCheck::GetLocalNumber() {
-    return m_pChecking->GetLocalNumber();
+    return static_cast<int>(m_pChecking->m_comma_marks.count());
 }
 
 void CExpressionCheck::InitStep() {
-    m_pChecking->InitStep();
+    --m_step;
+    --m_depth;
 }
 
 void CExpressionCheck::InitTempHolde(int* /*errorFlag*/, int /*count*/) {

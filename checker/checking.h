@@ -7,6 +7,7 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,66 +19,65 @@
 
 namespace morandel {
 
-template <class Source, class Notes>
-class Levels;
-
 // Works on the public fields of a checker and with its evaluator's tokens.
 class Checking {
   public:
-    explicit Checking(CExpressionCheck& face) : m_face(face), m_tokens(face.evaluator().tokens()) {
-        face.evaluator().always_cut();
-    }
-
-    // As the checker's calls of the same names.
-    bool CheckExpression();
-    int CountCommaCheck();
-    int GetCommaNum() const;
-    int GetLocalNumber() const { return static_cast<int>(m_comma_marks.count()); }
-    void InitStep();
-    void forget_arguments(int count);
-    void start();
-
-  private:
-    template <class Source, class Notes>
-    friend class Levels;
+    explicit Checking(CExpressionCheck& face) : m_face(face), m_tokens(face.evaluator().tokens()) {}
 
     // What the levels ask of a source.
     [[nodiscard]] const Token& token() const { return m_tokens.token(); }
     void get_token() { m_tokens.get_token(); }
-    [[nodiscard]] OperandKind operand() const;
-    int may_miss_expression(Checking& /*this*/);
-    int may_miss_operand(Checking& /*this*/);
+    [[nodiscard]] OperandKind operand() const {
+        if (!token().is_constant()) return OperandKind::none;
+        if (token().m_IsStringLiteral) return OperandKind::text;
+        return m_tokens.last_read() == LastRead::number ? OperandKind::number : OperandKind::none;
+    }
+    int may_miss_expression(Checking& /*this*/) { return serror(Error::no_expression); }
+    // A name without a value is an operand of any kind.
+    int may_miss_operand(Checking& /*this*/) {
+        ++m_face.m_tokenCount;
+        if (!token().is(TokenClass::name)) return serror(Error::bad_expression);
+        get_token();
+        return kind_variable;
+    }
     void may_miss_close(Checking& /*this*/) { serror(Error::unbalanced_parentheses); }
-    void take_operator();
-    int open();
+    // Its step opens at the token after it.
+    void take_operator() {
+        ++m_face.m_tokenCount;
+        get_token();
+        open_step();
+    }
+    int open() {
+        ++m_face.m_tokenCount;
+        m_comma_marks.reset();
+        return 0;
+    }
     void close(int /*outer*/) {}
 
     // What they tell a recorder.
     using Operand = int;
     static constexpr int nothing = kind_number;  // on the right of "!"
     int parameter(const Token& token) { return number(token); }
-    int number(const Token& /*token*/) { return ++m_face.m_tokenCount, kind_number; }
-    int text(const Token& /*token*/) { return ++m_face.m_tokenCount, kind_text; }
-    char begin_call(char code);
+    int number(const Token& /*token*/) { return ++m_face.m_tokenCount, int{kind_number}; }
+    int text(const Token& /*token*/) { return ++m_face.m_tokenCount, int{kind_text}; }
+    char begin_call(char code) {
+        ++m_face.m_tokenCount;
+        open_step();
+        return code;
+    }
     void first_argument(int /*kind*/) {}
-    void further_argument(std::size_t place, int kind);
+    void further_argument(std::size_t place, int kind) {
+        ++m_face.m_tokenCount;
+        m_comma_marks.set(place);
+        ++m_arguments;
+        m_face.m_argKinds.push_back(static_cast<std::uint32_t>(kind));
+    }
     int end_call(int kind, char code);
-    int atith(char code, int left, int right) { return check_operator(code, left, right); }
-    int MUL_Atith(char code, int left, int right) { return check_operator(code, left, right); }
+    int atith(char code, int left, int right);
+    int MUL_Atith(char code, int left, int right) { return atith(code, left, right); }
     void finish(int kind) { m_face.m_resultKind = kind; }
 
-    void open_step();
-    void record(std::string_view name, int type, int index);
-    void serror(Error error) { m_face.evaluator().faults().serror(error); }
-
-    // Operators and calls, see check_calls.cpp. They give the kind of the result.
-    int Checkunary(char code, int kind);
-    int check_operator(char code, int left, int right);
-    int CheckStringFunction(const FunctionRow& row, int kind);
-    void CheckHead(const FunctionRow& row, int kind);
-    void CheckShortParameters(int commas, const FunctionRow& row);
-    void CheckExtraParameters(int commas, const FunctionRow& row);
-    void CheckParameters(int commas, const FunctionRow& row);
+    void forget_arguments(int count);
 
     struct Step {
         std::uint16_t next_token = 0;
@@ -87,9 +87,29 @@ class Checking {
     CExpressionCheck& m_face;
     TokenReader& m_tokens;
     std::vector<Step> m_positions;
-    std::vector<std::uint32_t> m_argument_marks;  // one for each argument parsed after a comma
-    std::bitset<longest_formula> m_comma_marks;   // by place of the argument
-    bool m_faulty = false;
+    std::size_t m_arguments = 0;                 // parsed after a comma
+    std::bitset<longest_formula> m_comma_marks;  // by place of the argument
+
+  private:
+    // At the token in hand.
+    void open_step() {
+        ++m_face.m_depth;
+        const auto step = static_cast<std::size_t>(++m_face.m_step);
+        if (step >= m_positions.size()) m_positions.resize(step + 1);
+        m_positions[step] = {m_tokens.tell(), token().end};
+    }
+    void record(std::string_view name, int type, int index) {
+        const auto step = static_cast<std::size_t>(m_face.m_step);
+        m_face.m_current = {type, m_positions[step].position, index, std::string(name)};
+        m_face.m_errors.push_back(m_face.m_current);
+    }
+    // Gives the kind of what is missing.
+    int serror(Error error) {
+        m_face.evaluator().faults().serror(error);
+        return kind_open;
+    }
+    int CheckStringFunction(const FunctionRow& row, int kind);
+    void CheckParameters(const FunctionRow& row, std::size_t commas);
 };
 
 }  // namespace morandel

@@ -29,7 +29,6 @@ set(MORANDEL_SOURCES
   variables/variables.cpp
   checker/check_calls.cpp
   checker/checker.cpp
-  checker/checking.cpp
   formula/c_columns.cpp
   formula/c_error.cpp
   formula/c_formula.cpp

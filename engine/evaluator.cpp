@@ -1,13 +1,11 @@
 #include "engine/evaluator.h"
 
-#include <algorithm>
 #include <cstring>
+#include <memory>
 
 #include "base/floating_point.h"
 #include "base/gbk.h"
-#include "engine/grammar.h"
 #include "engine/levels.h"
-#include "engine/recorder.h"
 #include "engine/well_formed_text.h"
 
 namespace morandel {
@@ -20,40 +18,19 @@ Evaluator::Evaluator(std::string& result, std::string& message, int& status)
     g_NumArray.clear();
 }
 
-int Evaluator::SetNumberOfPara(int n) {
-    const bool accepted = n <= Parameters::most;
-    m_Para.set_count(accepted ? n : 0);
-    return accepted ? 1 : 0;
-}
-
-int Evaluator::SetPara(const MYPARA& para, int index, bool isString) {
-    if (index < 1 || index > m_Para.count()) return 0;
-    const auto slot = static_cast<std::size_t>(index - 1);
-    if (isString) {
-        m_Para.set_text(slot, para.name, para.strValue);
-    } else {
-        m_Para.set_number(slot, para.name, para.value);
-    }
-    return 1;
-}
-
 int Evaluator::SetExpression(const char* text) {
     if (text == nullptr) {
         m_faults.m_ErrorMessage = gbk<U"公式为空">;
         m_faults.m_ErrorNumber = -1;
         return 0;
     }
-    if (!is_settled(text)) return load(text);
+    if (m_settled != m_Para.generation() || std::strcmp(text, m_Formula) != 0) return load(text);
+    // It would be accepted just as it was last time.
     m_faults.forget();
     m_ExpressionStatus = 0;
     m_tokens.set_last_read(m_accepting_leaves);
     m_tokens.seek(0);
     return 1;
-}
-
-// Whether this formula would be accepted just as it was last time.
-bool Evaluator::is_settled(const char* text) const {
-    return m_settled == m_Para.generation() && std::strcmp(text, m_Formula) == 0;
 }
 
 int Evaluator::load(const char* text) {
@@ -68,7 +45,7 @@ int Evaluator::load(const char* text) {
     // The text may be this evaluator's own message, so it is copied before that goes.
     std::memcpy(m_Formula, text, length + 1);
     m_faults.forget();
-    if ((!m_always_cut && accept_text()) || accept_tokens()) return 1;
+    if (accept()) return 1;
     drop_formula();
     return 0;
 }
@@ -80,31 +57,22 @@ void Evaluator::drop_formula() {
     m_settled = 0;
 }
 
-// The way that most formulas take; false where the formula is not well formed, or lacks a value.
-bool Evaluator::accept_text() {
+bool Evaluator::accept() {
     Levels<WellFormedText> levels({m_Formula, m_Para}, {m_program, m_registers});
     levels.get_exp();
     const WellFormedText& text = levels.source();
-    m_well_formed = text.is_accepted();
-    if (!m_well_formed || !m_program.lacks.empty()) return false;
-
+    if (!text.is_accepted() && VerifyExpression() == 0) return false;
     m_ExpressionStatus = 0;
-    m_variables.clear();
-    m_accepting_leaves = text.last_read();
-    m_tokens.set_last_read(m_accepting_leaves);
-    m_settled = m_Para.generation();
-    m_recorded = {m_settled, 0, TokenReader::end_position, text.needs(), m_accepting_leaves};
-    return true;
-}
 
-bool Evaluator::accept_tokens() {
-    m_tokens.cut(m_Formula);
-    if (m_well_formed) {
-        m_ExpressionStatus = 0;
-    } else if (VerifyExpression() == 0) {
-        return false;
+    if (text.is_accepted() && m_program.lacks.empty()) {
+        m_variables.clear();
+        m_accepting_leaves = text.last_read();
+        m_tokens.set_last_read(m_accepting_leaves);
+        m_settled = m_Para.generation();
+        m_recorded = {m_settled, 0, TokenReader::end_position, text.needs(), m_accepting_leaves};
+        return true;
     }
-    m_tokens.seek(0);
+    tokens().seek(0);
     m_variables.list(m_tokens);
     m_tokens.seek(0);
     m_accepting_leaves = m_tokens.last_read();
@@ -162,13 +130,8 @@ void Evaluator::record() {
 }
 
 Evaluator::Memory Evaluator::memory() const {
-    return {g_NumArray.changes() + m_pending.m_TempStr.changes(), m_tokens.m_IsNumber};
-}
-
-void Evaluator::ClearOld() {
-    SetNumberOfPara(0);
-    drop_formula();
-    m_faults.forget();
+    return {g_NumArray.changes() + m_pending.m_TempStr.changes(),
+            m_tokens.last_read() == LastRead::number};
 }
 
 }  // namespace morandel
@@ -181,11 +144,19 @@ CExpress::CExpress()
 CExpress::~CExpress() = default;
 
 int CExpress::SetNumberOfPara(int n) {
-    return m_pEvaluator->SetNumberOfPara(n);
+    return m_pEvaluator->parameters().set_count(n) ? 1 : 0;
 }
 
 int CExpress::SetPara(MYPARA* para, int index, bool isString) {
-    return para == nullptr ? 0 : m_pEvaluator->SetPara(*para, index, isString);
+    morandel::Parameters& parameters = m_pEvaluator->parameters();
+    if (para == nullptr || index < 1 || index > parameters.count()) return 0;
+    const auto slot = static_cast<std::size_t>(index - 1);
+    if (isString) {
+        parameters.set_text(slot, para->name, para->strValue);
+    } else {
+        parameters.set_number(slot, para->name, para->value);
+    }
+    return 1;
 }
 
 int CExpress::SetExpression(const char* text) {
@@ -236,5 +207,7 @@ std::string CExpress::GetVariable(int index, int* type) {
 }
 
 void CExpress::ClearOld() {
-    m_pEvaluator->ClearOld();
+    SetNumberOfPara(0);
+    m_pEvaluator->drop_formula();
+    m_pEvaluator->faults().forget();
 }

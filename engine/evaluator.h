@@ -32,12 +32,9 @@ class Evaluator {
     Evaluator(std::string& result, std::string& message, int& status);
 
     // The calls of the face, see express.h.
-    int SetNumberOfPara(int n);
-    int SetPara(const MYPARA& para, int index, bool isString);
     int SetExpression(const char* text);
     int VerifyExpression();
     int CalcExpression();
-    void ClearOld();
     [[nodiscard]] double GetResult() const { return m_faults.m_Status != 0 ? m_Result : 0.0; }
     [[nodiscard]] int GetResultType() const { return m_faults.m_Status != 0 ? m_ResultType : 0; }
     [[nodiscard]] int GetExpressionStatus() const { return m_ExpressionStatus; }
@@ -53,8 +50,7 @@ class Evaluator {
     // where they stand.
     TokenReader& tokens();
 
-    // For one who wants the tokens of each formula: it is not read by the quick way first.
-    void always_cut() { m_always_cut = true; }
+    void drop_formula();
 
     // What an evaluation finds of earlier ones: where two are equal, the same formula with the same
     // parameters gave and will give the same.
@@ -75,11 +71,8 @@ class Evaluator {
         LastRead leaves = LastRead::nothing;
     };
 
-    void drop_formula();
-    [[nodiscard]] bool is_settled(const char* text) const;
     int load(const char* text);
-    bool accept_text();
-    bool accept_tokens();
+    bool accept();
     [[nodiscard]] bool is_recorded() const;
     void record();
 
@@ -101,8 +94,6 @@ class Evaluator {
     // The parameters' generation with which the formula was accepted without a fault and without
     // free variables, so that it need not be read again; 0 where it was not.
     std::uint32_t m_settled = 0;
-    bool m_well_formed = false;
-    bool m_always_cut = false;
     LastRead m_accepting_leaves = LastRead::nothing;
     char m_Formula[longest_formula + 1];
 };

@@ -21,7 +21,9 @@ struct Faults {
         m_ErrorMessage = *message;
         m_ErrorNumber = n;
     }
-    void serror(Error error) { serror(static_cast<int>(error)); }
+    void serror(Error error) {
+        if (error != Error::none) serror(static_cast<int>(error));
+    }
     void forget() {
         m_Status = 1;
         m_ErrorMessage.clear();

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <utility>
 
 #include "language/characters.h"
 #include "language/functions.h"
@@ -13,9 +15,9 @@ namespace {
 // The argument lists around a token, the innermost last.
 class OpenLists {
   public:
-    void read(const Token& token, const Token* before) {
+    void read(const Token& token, const Token& before) {
         if (token.code == '(') {
-            m_lists[m_depth++] = {before != nullptr ? before->prefix : '\0', 0};
+            m_lists[m_depth++] = {before.prefix, 0};
         } else if (token.code == ')') {
             m_depth -= m_depth > 0 ? 1 : 0;
         } else if (token.code == ',' && m_depth > 0) {
@@ -44,8 +46,8 @@ class OpenLists {
     std::size_t m_depth = 0;
 };
 
-bool is_text_operator(const Token* token) {
-    const Operator* row = token != nullptr ? operator_of_code(token->code) : nullptr;
+bool is_text_operator(const Token& token) {
+    const Operator* row = operator_of_code(token.code);
     return row != nullptr && row->texts != nullptr;
 }
 
@@ -56,64 +58,44 @@ void FreeVariables::list(TokenReader& tokens) {
 
     clear();
     OpenLists lists;
-    const Token* before = nullptr;   // the token before the current one
-    const Token* before2 = nullptr;  // and the one before that
-    bool argument_seen = false;      // never taken back within a formula
-    int open_before_constant = 0;    // position of the last "(" with a constant after it
+    const Token* before = &end_of_nothing;   // the token before the current one
+    const Token* before2 = &end_of_nothing;  // and the one before that
+    bool argument_seen = false;              // never taken back within a formula
+    int open_before_constant = 0;            // position of the last "(" with a constant after it
 
     tokens.get_token();
-    for (int position = 0; tokens.type() != NONE; ++position) {
+    for (int position = 0; !tokens.at(TokenClass::end); ++position) {
         const Token& token = tokens.token();
-        if (is_text_operator(before) && m_VariableList != nullptr && before2 != nullptr &&
-            before2->code != ')') {
-            m_VariableList->type = type_text;
-        }
-        const bool after_open = before != nullptr && before->code == '(';
-        if (tokens.type() == VARIABLE) {
-            if (const VariableNode* known = find(token.text)) {
-                m_type = known->type;
+        const bool is_text = is_text_operator(*before);
+        const bool after_open = before->code == '(';
+        if (is_text && !m_nodes.empty() && before2->code != ')') first()->type = type_text;
+        if (token.is(TokenClass::name)) {
+            const auto known = std::ranges::find(
+                m_nodes, token.text, [](const auto& node) { return std::string_view(node->name); });
+            if (known != m_nodes.end()) {
+                m_type = (*known)->type;
             } else {
                 // Deliberate: the "(" that begins the formula does not count.
                 if (open_before_constant > 0 &&
                     open_before_constant >= position - farthest_look_back) {
                     argument_seen = true;
                 }
-                const bool after_comma = before != nullptr && before->code == ',';
-                if (after_open || (after_comma && argument_seen)) {
+                if (after_open || (before->code == ',' && argument_seen)) {
                     m_type = lists.argument_type(m_type);
                 } else {
-                    m_type = is_text_operator(before) ? type_text : type_number;
+                    m_type = is_text ? type_text : type_number;
                 }
                 argument_seen = argument_seen || after_open;
-                push(token.text, m_type);
+                m_nodes.push_back(std::make_unique<VariableNode>(
+                    VariableNode{std::string(token.text), m_type, first()}));
             }
-        } else if (after_open && tokens.type() == CONSTANT) {
+        } else if (after_open && token.is_constant()) {
             open_before_constant = position - 1;
         }
-        lists.read(token, before);
-        before2 = before;
-        before = &token;
+        lists.read(token, *before);
+        before2 = std::exchange(before, &token);
         tokens.get_token();
     }
-}
-
-const VariableNode* FreeVariables::find(std::string_view name) const {
-    for (const VariableNode* node = m_VariableList; node != nullptr; node = node->next) {
-        if (node->name == name) return node;
-    }
-    return nullptr;
-}
-
-// Nodes of earlier formulas are used again.
-void FreeVariables::push(std::string_view name, int type) {
-    const auto count = static_cast<std::size_t>(m_VariableNum);
-    if (count == m_nodes.size()) m_nodes.push_back(std::make_unique<VariableNode>());
-    VariableNode& node = *m_nodes[count];
-    node.name = name;
-    node.type = type;
-    node.next = m_VariableList;
-    m_VariableList = &node;
-    ++m_VariableNum;
 }
 
 }  // namespace morandel

@@ -4,8 +4,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include <morandel/express.h>
@@ -16,29 +14,22 @@ namespace morandel {
 
 class FreeVariables {
   public:
-    void clear() {
-        m_VariableList = nullptr;
-        m_VariableNum = 0;
-    }
+    void clear() { m_nodes.clear(); }
     // Lists those of an accepted formula, in one walk.
     void list(TokenReader& tokens);
 
     // The last found first.
-    [[nodiscard]] VariableNode* first() const { return m_VariableList; }
-    [[nodiscard]] int count() const { return m_VariableNum; }
+    [[nodiscard]] VariableNode* first() const {
+        return m_nodes.empty() ? nullptr : m_nodes.back().get();
+    }
+    [[nodiscard]] int count() const { return static_cast<int>(m_nodes.size()); }
     // By order of first appearance, from 0.
     [[nodiscard]] const VariableNode& operator[](std::size_t index) const {
         return *m_nodes[index];
     }
 
   private:
-    [[nodiscard]] const VariableNode* find(std::string_view name) const;
-    void push(std::string_view name, int type);
-
-    // In order of first appearance, then spare ones.
     std::vector<std::unique_ptr<VariableNode>> m_nodes;
-    VariableNode* m_VariableList = nullptr;
-    int m_VariableNum = 0;
     int m_type = 0;  // of the variable handled last
 };
 

@@ -37,8 +37,9 @@ class Levels {
     // Reads a formula.
     void get_exp() {
         m_source.get_token();
-        m_recorder.finish(m_source.token().type() == NONE ? m_source.may_miss_expression(m_recorder)
-                                                          : level2());
+        m_recorder.finish(m_source.token().is(TokenClass::end)
+                              ? m_source.may_miss_expression(m_recorder)
+                              : level2());
     }
 
     [[nodiscard]] const Source& source() const { return m_source; }

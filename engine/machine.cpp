@@ -20,6 +20,30 @@ Error compute(const Step& step, double& value, double right) {
     return operator_of_code(step.code)->number(value, right);
 }
 
+Error unary(char code, Value& value) {
+    value.type = result_type(code);
+    if (code != code_negate) return function_of_code(code)->body.number(value.number);
+    value.number = -value.number;
+    return Error::none;
+}
+
+Error atith(char code, Value& left, double right) {
+    if (!in_range(left.number) || !in_range(right)) return Error::out_of_range;
+    // Deliberate: to the power of 0, the type of the left side stays, a text too.
+    if (code != '^' || right != 0.0) left.type = type_number;
+    return operator_of_code(code)->number(left.number, right);
+}
+
+void MUL_Atith(char code, Value& left, const Value& right) {
+    const Operator& row = *operator_of_code(code);
+    if (row.texts != nullptr) {
+        left.number = row.texts(left.text, right.text) ? 1.0 : 0.0;
+    } else {
+        row.number(left.number, right.number);
+    }
+    left.type = type_number;
+}
+
 }  // namespace
 
 bool run_numbers(const Program& program, double* numbers) {
@@ -62,13 +86,16 @@ Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
         Value value = m_registers.value(step.left);
         switch (step.kind) {
             case StepKind::unary:
-                unary(step.code, value);
+                m_faults.serror(unary(step.code, value));
                 break;
-            case StepKind::StringFunction:
-                StringFunction(step.code, value, m_sets[step.right], numbers);
+            case StepKind::StringFunction: {
+                Call call{value,   m_sets[step.right],       m_pending.m_TempStr,
+                          numbers, m_pending.first_argument, m_texts};
+                m_faults.serror(function_of_code(step.code)->body.routine(call));
                 break;
+            }
             case StepKind::atith:
-                atith(step.code, value, m_registers.numbers()[step.right]);
+                m_faults.serror(atith(step.code, value, m_registers.numbers()[step.right]));
                 break;
             case StepKind::MUL_Atith:
                 MUL_Atith(step.code, value, m_registers.value(step.right));
@@ -78,7 +105,7 @@ Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
                 m_pending.first_argument.index = m_pending.m_TempStr.size();
                 continue;
             case StepKind::further_argument:
-                further_argument(step, numbers);
+                further_argument(step, value, numbers);
                 continue;
             case StepKind::serror:
                 m_faults.serror(step.left);
@@ -89,47 +116,15 @@ Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
     return m_registers.value(program.result);
 }
 
-void Machine::unary(char code, Value& value) {
-    value.type = result_type(code);
-    if (code == code_negate) {
-        value.number = -value.number;
-    } else {
-        serror(function_of_code(code)->body.number(value.number));
-    }
-}
-
-void Machine::atith(char code, Value& left, double right) {
-    if (!in_range(left.number) || !in_range(right)) return serror(Error::out_of_range);
-    // Deliberate: to the power of 0, the type of the left side stays, a text too.
-    if (code != '^' || right != 0.0) left.type = type_number;
-    serror(operator_of_code(code)->number(left.number, right));
-}
-
-void Machine::MUL_Atith(char code, Value& left, const Value& right) {
-    const Operator& row = *operator_of_code(code);
-    if (row.texts != nullptr) {
-        left.number = row.texts(left.text, right.text) ? 1.0 : 0.0;
-    } else {
-        row.number(left.number, right.number);
-    }
-    left.type = type_number;
-}
-
-void Machine::StringFunction(char code, Value& value, const ExtraArguments& extra,
-                             ArgumentStack<double>& numbers) {
-    Call call{value, extra, m_pending.m_TempStr, numbers, m_pending.first_argument, m_texts};
-    serror(function_of_code(code)->body.routine(call));
-}
-
-void Machine::further_argument(const Step& step, ArgumentStack<double>& numbers) {
-    const Value value = m_registers.value(step.left);
+void Machine::further_argument(const Step& step, const Value& value,
+                               ArgumentStack<double>& numbers) {
     if (value.type == type_text) {
         m_pending.push(value.text);
     } else {
         numbers.push(value.number);
     }
-    const auto place = static_cast<std::size_t>(step.code);
-    if (place < ExtraArguments::kept && step.right != no_set) {
+    const auto place = static_cast<unsigned char>(step.code);
+    if (place < ExtraArguments::kept && step.right != 0) {
         m_sets[step.right].values[place] = value.number;
     }
 }

@@ -26,15 +26,7 @@ class Machine {
     Value run(const Program& program, ArgumentStack<double>& numbers);
 
   private:
-    void unary(char code, Value& value);
-    void atith(char code, Value& left, double right);
-    void MUL_Atith(char code, Value& left, const Value& right);
-    void StringFunction(char code, Value& value, const ExtraArguments& extra,
-                        ArgumentStack<double>& numbers);
-    void further_argument(const Step& step, ArgumentStack<double>& numbers);
-    void serror(Error error) {
-        if (error != Error::none) m_faults.serror(error);
-    }
+    void further_argument(const Step& step, const Value& value, ArgumentStack<double>& numbers);
 
     Registers& m_registers;
     Pending& m_pending;

@@ -19,10 +19,10 @@ void Parameters::add_slots(std::size_t wanted) {
     }
 }
 
-Parameter& Parameters::declare(std::size_t slot, const std::string& name, ResultType type) {
+void Parameters::declare(std::size_t slot, const std::string& name, ResultType type) {
     Parameter& parameter = m_slots[slot];
     const NameKey key(name);
-    if (m_registers.kind(slot) == type && parameter.has_name(name, key)) return parameter;
+    if (m_registers.kind(slot) == type && parameter.has_name(name, key)) return;
     if (static_cast<int>(slot) < m_indexed) {
         m_indexed = 0;
         m_index.fill(0);
@@ -30,18 +30,16 @@ Parameter& Parameters::declare(std::size_t slot, const std::string& name, Result
     parameter.name = name;
     parameter.key = key;
     ++m_generation;
+    if (m_registers.kind(slot) == type) return;
     // A text has no number, and a number no text.
-    if (m_registers.kind(slot) != type) {
-        set_in_range(slot, 0.0);
-        m_registers.set(slot, {0.0, {}, type});
-    }
-    return parameter;
+    set_in_range(slot, 0.0);
+    m_registers.set(slot, {0.0, {}, type});
 }
 
 void Parameters::set_text(std::size_t slot, const std::string& name, const std::string& text) {
-    Parameter& parameter = declare(slot, name, type_text);
-    parameter.text = text;
-    m_registers.set(slot, {0.0, parameter.text, type_text});
+    declare(slot, name, type_text);
+    m_slots[slot].text = text;
+    m_registers.set(slot, {0.0, m_slots[slot].text, type_text});
 }
 
 void Parameters::convert_number(std::size_t slot, const std::string& name, double number) {
@@ -57,27 +55,27 @@ void Parameters::set_in_range(std::size_t slot, double number) {
     m_beyond_range += (in_range(number) ? 0 : 1) - (in_range(m_registers.numbers()[slot]) ? 0 : 1);
 }
 
-int Parameters::find_counted(std::string_view name) const {
+int Parameters::find(std::string_view name) const {
+    static_assert(NameKey::hashes > std::size_t{2} * most);
+    constexpr int few = 6;  // up to so many, names are compared one after the other
     const NameKey key(name);
-    if (m_count > few) return find_indexed(name, key);
-    for (int slot = 0; slot < m_count; ++slot) {
-        if (m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) return slot;
+    const auto is_at = [&](int slot) {
+        return m_slots[static_cast<std::size_t>(slot)].has_name(name, key);
+    };
+    if (m_count <= few) {
+        int slot = 0;
+        while (slot < m_count && !is_at(slot)) ++slot;
+        return slot < m_count ? slot : -1;
     }
-    return -1;
-}
-
-int Parameters::find_indexed(std::string_view name, const NameKey& key) const {
-    static_assert(index_size > std::size_t{2} * most);
+    const auto next = [](std::size_t at) { return (at + 1) % NameKey::hashes; };
     for (; m_indexed < m_count; ++m_indexed) {
         std::size_t at = m_slots[static_cast<std::size_t>(m_indexed)].key.hash();
-        while (m_index[at] != 0) at = (at + 1) % index_size;
+        while (m_index[at] != 0) at = next(at);
         m_index[at] = static_cast<std::uint8_t>(m_indexed + 1);
     }
-    for (std::size_t at = key.hash(); m_index[at] != 0; at = (at + 1) % index_size) {
+    for (std::size_t at = key.hash(); m_index[at] != 0; at = next(at)) {
         const int slot = m_index[at] - 1;
-        if (slot < m_count && m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) {
-            return slot;
-        }
+        if (slot < m_count && is_at(slot)) return slot;
     }
     return -1;
 }

@@ -49,12 +49,15 @@ class Parameters {
     explicit Parameters(Registers& registers) : m_registers(registers) {}
 
     [[nodiscard]] int count() const { return m_count; }
-    // Slots keep what they hold.
-    void set_count(int count) {
-        if (count == m_count) return;
+    // Slots keep what they hold. Of more than there can be, none count; false then.
+    bool set_count(int count) {
+        const bool accepted = count <= most;
+        if (!accepted) count = 0;
+        if (count == m_count) return accepted;
         if (count > static_cast<int>(m_slots.size())) add_slots(static_cast<std::size_t>(count));
         m_count = count;
         ++m_generation;
+        return accepted;
     }
 
     // Slots are below the count.
@@ -68,12 +71,9 @@ class Parameters {
     [[nodiscard]] bool is_text(std::size_t slot) const {
         return m_registers.kind(slot) == type_text;
     }
-    [[nodiscard]] const std::string& name(std::size_t slot) const { return m_slots[slot].name; }
 
     // The first of the counted slots that has that name, or -1.
-    [[nodiscard]] int find(std::string_view name) const {
-        return m_count > 0 ? find_counted(name) : -1;
-    }
+    [[nodiscard]] int find(std::string_view name) const;
 
     // Whether all numbers are in the range that is computed in, also those that do not count now.
     [[nodiscard]] bool all_in_range() const { return m_beyond_range == 0; }
@@ -85,12 +85,7 @@ class Parameters {
     void add_slots(std::size_t wanted);
     void convert_number(std::size_t slot, const std::string& name, double number);
     void set_in_range(std::size_t slot, double number);
-    Parameter& declare(std::size_t slot, const std::string& name, ResultType type);
-    [[nodiscard]] int find_counted(std::string_view name) const;
-    [[nodiscard]] int find_indexed(std::string_view name, const NameKey& key) const;
-
-    static constexpr int few = 6;  // up to so many, names are compared one after the other
-    static constexpr std::size_t index_size = NameKey::hashes;
+    void declare(std::size_t slot, const std::string& name, ResultType type);
 
     Registers& m_registers;
     int m_count = 0;
@@ -99,7 +94,7 @@ class Parameters {
     std::vector<Parameter> m_slots;
     // Open addressing over the names of the first so many slots; an entry holds a slot plus one.
     // Slots are entered when a name is looked for, and stay when they do not count any more.
-    mutable std::array<std::uint8_t, index_size> m_index{};
+    mutable std::array<std::uint8_t, NameKey::hashes> m_index{};
     mutable int m_indexed = 0;
 };
 

@@ -8,7 +8,7 @@ constinit ArgumentStack<double> g_NumArray;
 constinit thread_local ArgumentStack<double> g_NumArray;
 #endif
 
-void Pending::drop(ArgumentStack<double>& numbers) {
+void Pending::drop_excess(ArgumentStack<double>& numbers) {
     numbers.drop_oldest(most);
     m_TempStr.drop_oldest(most);
     if (m_pushed_bytes <= most_bytes) return;

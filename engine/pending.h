@@ -33,18 +33,12 @@ class Pending {
     }
 
     // Lets the oldest go of what is too much.
-    void drop_excess(ArgumentStack<double>& numbers) {
-        if (numbers.size() > most || m_TempStr.size() > most || m_pushed_bytes > most_bytes) {
-            drop(numbers);
-        }
-    }
+    void drop_excess(ArgumentStack<double>& numbers);
 
     ArgumentStack<std::string> m_TempStr;  // texts of further arguments
     StringArgument first_argument;
 
   private:
-    void drop(ArgumentStack<double>& numbers);
-
     std::size_t m_pushed_bytes = 0;  // since those pending were counted last
 };
 

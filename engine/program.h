@@ -31,13 +31,11 @@ struct Step {
     Register result;
 };
 
-// Nobody reads the further arguments of such a call.
-inline constexpr std::uint16_t no_set = 0xFFFF;
-
 struct Program {
     std::vector<Step> steps;
     Register result = Registers::nothing;
-    // Further arguments that calls read, one set a call that has any. Set 0 is of those without.
+    // Further arguments that calls read, one set a call that has any. Set 0 stands for none: there
+    // nothing is written.
     std::uint16_t argument_sets = 1;
 
     // Whether numbers are all that it reads and gives, and pending values nothing to it.
@@ -46,15 +44,6 @@ struct Program {
 
     bool touches_pending = false;  // reads or leaves values of further arguments
     std::string_view lacks{};      // the first name without a value, in the formula
-
-    void clear() {
-        steps.clear();
-        result = Registers::nothing;
-        argument_sets = 1;
-        is_numeric = true;
-        touches_pending = false;
-        lacks = {};
-    }
 };
 
 }  // namespace morandel

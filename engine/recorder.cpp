@@ -12,7 +12,7 @@ Register Recorder::lacking(const Token& token) {
 Register Recorder::serror(Error error) {
     m_program.is_numeric = false;
     m_program.steps.push_back({StepKind::serror, 0, static_cast<Register>(error), 0, 0});
-    return Registers::nothing;
+    return nothing;
 }
 
 void Recorder::first_argument(Register value) {
@@ -22,15 +22,14 @@ void Recorder::first_argument(Register value) {
 
 void Recorder::further_argument(std::size_t place, Register value) {
     leave_numbers();
-    if (m_call.set == no_set && is_routine(m_call.code)) m_call.set = m_program.argument_sets++;
+    if (m_call.set == 0 && is_routine(m_call.code)) m_call.set = m_program.argument_sets++;
     const auto code = static_cast<char>(std::min(place, ExtraArguments::kept));
     m_program.steps.push_back({StepKind::further_argument, code, value, m_call.set, 0});
 }
 
-Register Recorder::end_routine(Register value, Call call) {
+Register Recorder::end_routine(char code, Register value, std::uint16_t set) {
     leave_numbers();
-    const std::uint16_t set = call.set == no_set ? std::uint16_t{0} : call.set;
-    return append(StepKind::StringFunction, call.code, value, set, type_text);
+    return append(StepKind::StringFunction, code, value, set, type_text);
 }
 
 void Recorder::leave_numbers() {

@@ -18,7 +18,8 @@ class Recorder {
   public:
     // Constants go straight to the registers, which have room for what the formula needs.
     Recorder(Program& program, Registers& registers) : m_program(program), m_registers(registers) {
-        program.clear();
+        program.steps.clear();
+        program = {.steps = std::move(program.steps)};
     }
 
     using Operand = Register;
@@ -44,18 +45,18 @@ class Recorder {
     // included.
     struct Call {
         char code = 0;
-        std::uint16_t set = no_set;
+        std::uint16_t set = 0;
     };
-    Call begin_call(char code) { return std::exchange(m_call, {code, no_set}); }
+    Call begin_call(char code) { return std::exchange(m_call, {code, 0}); }
     // Of strcat, before its second argument.
     void first_argument(Register value);
     void further_argument(std::size_t place, Register value);
     Register end_call(Register value, Call outer) {
-        const Call call = std::exchange(m_call, outer);
-        if (call.code == '+') return value;
-        if (is_routine(call.code)) return end_routine(value, call);
-        const char code = call.code == '-' ? char{code_negate} : call.code;
-        return append(StepKind::unary, code, value, 0, result_type(code));
+        const auto [code, set] = std::exchange(m_call, outer);
+        if (code == '+') return value;
+        if (is_routine(code)) return end_routine(code, value, set);
+        const char operation = code == '-' ? char{code_negate} : code;
+        return append(StepKind::unary, operation, value, 0, result_type(code));
     }
 
     Register atith(char code, Register left, Register right) {
@@ -90,7 +91,7 @@ class Recorder {
         m_registers.set(m_next, value);
         return m_next++;
     }
-    Register end_routine(Register value, Call call);
+    Register end_routine(char code, Register value, std::uint16_t set);
     void leave_numbers();
 
     Program& m_program;

@@ -7,9 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <utility>
 
 #include "base/value.h"
+#include "language/characters.h"
 
 namespace morandel {
 
@@ -30,8 +30,12 @@ class Registers {
     // Room for what a formula of that many bytes can need, one constant or result a token. What
     // parameters hold stays, all else goes.
     void make_room(std::size_t formula_length) {
-        const std::size_t wanted = first_free + formula_length + 1;
-        if (wanted > m_size) grow(wanted);
+        if (first_free + formula_length < few || m_many != nullptr) return;
+        m_many = std::make_unique_for_overwrite<Places<most>>();
+        std::copy_n(m_numbers, first_free, m_many->numbers.data());
+        std::copy_n(m_rest, first_free, m_many->rest.data());
+        m_numbers = m_many->numbers.data();
+        m_rest = m_many->rest.data();
     }
 
     [[nodiscard]] double* numbers() { return m_numbers; }
@@ -55,28 +59,19 @@ class Registers {
         ResultType kind;
     };
 
-    void grow(std::size_t size) {
-        auto numbers = std::make_unique_for_overwrite<double[]>(size);
-        auto rest = std::make_unique_for_overwrite<Rest[]>(size);
-        std::copy_n(m_numbers, first_free, numbers.get());
-        std::copy_n(m_rest, first_free, rest.get());
-        m_many_numbers = std::move(numbers);
-        m_many_rest = std::move(rest);
-        m_numbers = m_many_numbers.get();
-        m_rest = m_many_rest.get();
-        m_size = size;
-    }
+    template <std::size_t size>
+    struct Places {
+        std::array<double, size> numbers;
+        std::array<Rest, size> rest;
+    };
 
-    // Most formulas do with these.
+    // Most formulas do with few places.
     static constexpr std::size_t few = 128;
-    std::array<double, few> m_few_numbers;
-    std::array<Rest, few> m_few_rest;
-
-    std::unique_ptr<double[]> m_many_numbers;
-    std::unique_ptr<Rest[]> m_many_rest;
-    double* m_numbers = m_few_numbers.data();
-    Rest* m_rest = m_few_rest.data();
-    std::size_t m_size = few;
+    static constexpr std::size_t most = first_free + longest_formula + 1;
+    Places<few> m_few;
+    std::unique_ptr<Places<most>> m_many;
+    double* m_numbers = m_few.numbers.data();
+    Rest* m_rest = m_few.rest.data();
 };
 
 }  // namespace morandel

@@ -24,9 +24,16 @@ class Scanner {
         skip_blanks();
         token.m_IsStringLiteral = false;
         const int starts = character_table[static_cast<unsigned char>(*m_next)];
-        if ((starts & single) != 0) return read_single(token);
+        if ((starts & single) != 0) {
+            set_kind(token, kind_of_byte(*m_next++));
+            return single;
+        }
         if ((starts & name_start) != 0) return read_name(token);
-        if ((starts & digit) != 0) return read_number(token);
+        if ((starts & digit) != 0) {
+            set_kind(token, {TokenClass::number});
+            m_next = read_digits(m_next, token.number);
+            return digit;
+        }
         if ((starts & quote) != 0) return read_literal(token);
         set_kind(token, {});
         return 0;
@@ -40,9 +47,6 @@ class Scanner {
         token.end = offset();
     }
 
-    // As though the text ended here.
-    void stop() { m_formula = m_next = ""; }
-
   private:
     void skip_blanks() {
         while (*m_next == ' ') ++m_next;
@@ -52,36 +56,22 @@ class Scanner {
         return static_cast<std::uint16_t>(m_next - m_formula);
     }
 
-    static std::string_view text_between(const char* begin, const char* end) {
-        return {begin, static_cast<std::size_t>(end - begin)};
+    static const TokenKind& kind_of_byte(char byte) {
+        return kinds_of_bytes[static_cast<unsigned char>(byte)];
     }
-
     static void set_kind(Token& token, const TokenKind& kind) {
         static_cast<TokenKind&>(token) = kind;
-    }
-
-    int read_single(Token& token) {
-        set_kind(token, kinds_of_bytes[static_cast<unsigned char>(*m_next)]);
-        ++m_next;
-        return single;
-    }
-
-    int read_number(Token& token) {
-        set_kind(token, {TokenClass::number});
-        m_next = read_digits(m_next, token.number);
-        return digit;
     }
 
     int read_name(Token& token) {
         const char* begin = m_next;
         m_next = end_of_name(begin);
-        const std::string_view text = text_between(begin, m_next);
-        token.text = text;
-        if (text.size() == 1) {
-            set_kind(token, kinds_of_bytes[static_cast<unsigned char>(*begin)]);
+        token.text = std::string_view(begin, m_next);
+        if (token.text.size() == 1) {
+            set_kind(token, kind_of_byte(*begin));
         } else {
             set_kind(token, {TokenClass::name});
-            isFunction(token, text);
+            isFunction(token);
         }
         return name_start;
     }
@@ -90,19 +80,19 @@ class Scanner {
     int read_literal(Token& token) {
         const char* begin = ++m_next;
         while (*m_next != '"' && *m_next != '\0') ++m_next;
-        token.text = text_between(begin, m_next);
+        token.text = std::string_view(begin, m_next);
         set_kind(token, {TokenClass::literal});
         token.m_IsStringLiteral = true;
         token.m_QuoteClosed = *m_next == '"';
         if (token.m_QuoteClosed) ++m_next;
-        isFunction(token, token.text);
+        isFunction(token);
         return quote;
     }
 
     // Turns a name that is a function, an operator or a constant into that. Deliberate: a literal
     // that spells one is taken as one too.
-    static void isFunction(Token& token, std::string_view text) {
-        const Word* word = find_word(text);
+    static void isFunction(Token& token) {
+        const Word* word = find_word(token.text);
         if (word == nullptr) return;
         set_kind(token, word->kind);
         token.text = word->text;

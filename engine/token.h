@@ -9,10 +9,11 @@
 
 namespace morandel {
 
-enum TokenType : std::int8_t { NONE = 0, DELIMITER = 1, VARIABLE = 2, CONSTANT = 3 };
-
 // What a token is as an operand.
 enum class OperandKind : std::uint8_t { none, parameter, text, number };
+
+// What the last one of numbers and parameters was.
+enum class LastRead : std::uint8_t { nothing, number, text };
 
 struct Token : TokenKind {
     std::string_view text;    // of a name or literal, or of the word that it is
@@ -23,19 +24,17 @@ struct Token : TokenKind {
     bool m_IsStringLiteral = false;
     bool m_QuoteClosed = false;
 
-    // By its class, which is in the order of these.
-    [[nodiscard]] TokenType type() const {
-        return static_cast<TokenType>(token_class < TokenClass::number ? token_class
-                                                                       : TokenClass::number);
-    }
+    [[nodiscard]] bool is(TokenClass wanted) const { return token_class == wanted; }
+    // Whether it has a value, by the order of the classes.
+    [[nodiscard]] bool is_constant() const { return token_class >= TokenClass::number; }
 
     // A literal is an operand whatever it spells; a named constant is taken as what was read
     // before.
-    [[nodiscard]] OperandKind operand(bool is_number) const {
+    [[nodiscard]] OperandKind operand(LastRead last_read) const {
         if (m_IsStringLiteral) return OperandKind::text;
-        if (type() != CONSTANT) return OperandKind::none;
-        if (token_class == TokenClass::parameter) return OperandKind::parameter;
-        return is_number ? OperandKind::number : OperandKind::text;
+        if (!is_constant()) return OperandKind::none;
+        if (is(TokenClass::parameter)) return OperandKind::parameter;
+        return last_read == LastRead::text ? OperandKind::text : OperandKind::number;
     }
 };
 

@@ -1,6 +1,5 @@
 #include "engine/token_reader.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "engine/levels.h"
@@ -12,22 +11,17 @@ void TokenReader::cut(const char* formula) {
     m_Tokens.clear();
     m_Tokens.reserve(std::strlen(formula) + 1);  // no token without a byte, but the last
     Scanner scanner(formula);
-    do {
-        scanner.read_with_place(m_Tokens.emplace_back());
-    } while (m_Tokens.back().token_class != TokenClass::end);
+    do scanner.read_with_place(m_Tokens.emplace_back());
+    while (!m_Tokens.back().is(TokenClass::end));
     seek(m_Prog);
 }
 
 void TokenReader::get_token() {
-    if (m_Tokens.empty()) return end();
+    if (empty()) return end();
     Token& token = m_Tokens[m_Prog];
     m_Token = &token;
-    const TokenClass is = token.token_class;
-    if (is == TokenClass::end) return;
-    ++m_Prog;
-    if (is == TokenClass::number) m_IsNumber = true;
-    if (is != TokenClass::name && is != TokenClass::parameter) return;
-    if (isConstVariable(token, m_Para)) m_IsNumber = !m_Para.is_text(token.slot);
+    if (!token.is(TokenClass::end)) ++m_Prog;
+    set_last_read(find_constant(token, m_Para));
 }
 
 void TokenReader::get_exp(Program& program, Registers& registers) {

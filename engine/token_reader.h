@@ -7,21 +7,22 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/faults.h"
 #include "engine/parameters.h"
 #include "engine/recorder.h"
 #include "engine/token.h"
 
 namespace morandel {
 
-// Of numbers and parameters.
-enum class LastRead : std::uint8_t { nothing, number, text };
-
-// Whether a name is a parameter, which the token becomes then.
-inline bool isConstVariable(Token& token, const Parameters& parameters) {
+// What a token is of these. A name that is a parameter becomes one.
+inline LastRead find_constant(Token& token, const Parameters& parameters) {
+    if (token.is(TokenClass::number)) return LastRead::number;
+    if (!token.is(TokenClass::name) && !token.is(TokenClass::parameter)) return LastRead::nothing;
     const int slot = parameters.find(token.text);
     token.slot = static_cast<std::uint16_t>(slot);
     token.token_class = slot < 0 ? TokenClass::name : TokenClass::parameter;
-    return slot >= 0;
+    if (slot < 0) return LastRead::nothing;
+    return parameters.is_text(token.slot) ? LastRead::text : LastRead::number;
 }
 
 class TokenReader {
@@ -40,6 +41,7 @@ class TokenReader {
     // Reads the next token; at the end of the formula it stays there.
     void get_token();
     [[nodiscard]] bool at(char code) const { return m_Token->code == code; }
+    [[nodiscard]] bool at(TokenClass token_class) const { return m_Token->is(token_class); }
     // As though there were nothing more.
     void end() { m_Token = &end_of_nothing; }
 
@@ -47,10 +49,8 @@ class TokenReader {
     static constexpr std::uint16_t end_position = 0xFFFF;
     [[nodiscard]] std::uint16_t tell() const { return m_Prog; }
     void seek(std::uint16_t position) {
-        m_Prog = position;
-        if (!m_Tokens.empty() && position == end_position) {
-            m_Prog = static_cast<std::uint16_t>(m_Tokens.size() - 1);
-        }
+        const bool is_at_end = position == end_position && !empty();
+        m_Prog = is_at_end ? static_cast<std::uint16_t>(m_Tokens.size() - 1) : position;
     }
 
     // Records the levels' walk from here on.
@@ -58,34 +58,34 @@ class TokenReader {
 
     // What the levels ask of a source. A missing operand is not read over, a missing ")" is.
     [[nodiscard]] const Token& token() const { return *m_Token; }
-    [[nodiscard]] TokenType type() const { return m_Token->type(); }
-    [[nodiscard]] OperandKind operand() const { return m_Token->operand(m_IsNumber); }
-    [[nodiscard]] LastRead last_read() const {
-        return m_IsNumber ? LastRead::number : LastRead::text;
-    }
+    [[nodiscard]] OperandKind operand() const { return m_Token->operand(m_last_read); }
+    // What the constant last read was; literals and named constants do not touch it.
+    [[nodiscard]] LastRead last_read() const { return m_last_read; }
     void set_last_read(LastRead last_read) {
-        if (last_read != LastRead::nothing) m_IsNumber = last_read == LastRead::number;
+        if (last_read != LastRead::nothing) m_last_read = last_read;
     }
     Register may_miss_expression(Recorder& recorder) {
         return recorder.serror(Error::no_expression);
     }
     Register may_miss_operand(Recorder& recorder) {
-        return type() == VARIABLE ? recorder.lacking(*m_Token)
-                                  : recorder.serror(Error::bad_expression);
+        return at(TokenClass::name) ? recorder.lacking(*m_Token)
+                                    : recorder.serror(Error::bad_expression);
     }
     void may_miss_close(Recorder& recorder) { recorder.serror(Error::unbalanced_parentheses); }
     void take_operator() { get_token(); }
     int open() { return 0; }
     void close(int /*outer*/) {}
 
-    const Token* m_Token = &end_of_nothing;
-    bool m_IsNumber = true;  // whether the constant last read was a number; literals and named
-                             // constants do not touch it
-
   private:
     const Parameters& m_Para;
+    const Token* m_Token = &end_of_nothing;
+    LastRead m_last_read = LastRead::number;
     std::vector<Token> m_Tokens;  // the end token last
     std::uint16_t m_Prog = 0;     // the token to be read next
 };
+
+// The grammar check: whether a formula is accepted, from the reading position on. The first
+// rejection is recorded, and ends the check.
+bool verify(TokenReader& tokens, Faults& faults, int& expression_status);
 
 }  // namespace morandel

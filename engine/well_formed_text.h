@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <utility>
 
@@ -21,9 +20,7 @@ class WellFormedText {
         : m_scanner(formula), m_parameters(parameters) {}
 
     // Once the levels have read it: whether the formula is well formed, by the grammar check too.
-    [[nodiscard]] bool is_accepted() const {
-        return !m_refused && m_token.token_class == TokenClass::end;
-    }
+    [[nodiscard]] bool is_accepted() const { return !m_refused && m_token.is(TokenClass::end); }
     // What the last number or parameter was.
     [[nodiscard]] LastRead last_read() const { return m_last_read; }
     // What was read last before, where a named constant comes first, which is the same then; a
@@ -31,23 +28,29 @@ class WellFormedText {
     [[nodiscard]] LastRead needs() const { return m_needs; }
 
     [[nodiscard]] const Token& token() const { return m_token; }
-    [[nodiscard]] OperandKind operand() const {
-        return m_token.operand(m_last_read != LastRead::text);
-    }
+    [[nodiscard]] OperandKind operand() const { return m_token.operand(m_last_read); }
 
     void get_token();
 
     Register may_miss_expression(Recorder& recorder) { return may_miss_operand(recorder); }
     // A name without a value does for the grammar.
-    Register may_miss_operand(Recorder& recorder);
-
-    void may_miss_close(Recorder&) { refuse(); }
+    Register may_miss_operand(Recorder& recorder) {
+        if (!m_token.is(TokenClass::name) || m_token.text.size() > longest_free_name) {
+            refuse();
+            return Registers::nothing;
+        }
+        const Register value = recorder.lacking(m_token);
+        get_token();
+        return value;
+    }
+    void may_miss_close(Recorder& /*recorder*/) { refuse(); }
 
     // Powers and relations come in the order of the grammar check, between sums and products of a
     // pair of parentheses and past commas.
     void take_operator() {
-        const std::uint8_t rank =
-            m_token.level < Level::power ? std::uint8_t{0} : rank_of(m_token.code);
+        const std::uint8_t rank = m_token.level < Level::power
+                                      ? std::uint8_t{0}
+                                      : operator_index[static_cast<unsigned char>(m_token.code)];
         if (m_token.level == Level::factorial || (rank != 0 && rank < m_rank)) refuse();
         m_rank = rank;
         get_token();
@@ -64,10 +67,6 @@ class WellFormedText {
 
   private:
     static constexpr int deepest = 64;
-
-    static std::uint8_t rank_of(char code) {
-        return operator_index[static_cast<unsigned char>(code)];
-    }
 
     void refuse();
     void read_name();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -142,7 +143,7 @@ class Lowering {
 
     std::span<const Blocks::Constant> m_constants;
     std::vector<Instruction> m_instructions;
-    Register m_before = no_set;
+    Register m_before = std::numeric_limits<Register>::max();
     std::vector<Register> m_kept;
     std::size_t m_most_kept = 0;
 };

@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "engine/free_variables.h"
-#include "engine/grammar.h"
 #include "engine/machine.h"
 #include "engine/recorder.h"
 #include "engine/scanner.h"

@@ -65,7 +65,7 @@ class Calculation {
         if (m_settled > 0 || m_stored_shown || std::ranges::none_of(formula, begins_name)) return;
         m_stored_shown = true;
         // Of more variables than there are parameters, formulas see none.
-        m_evaluator.SetNumberOfPara(
+        m_evaluator.parameters().set_count(
             static_cast<int>(std::min<std::size_t>(m_records.size(), Parameters::most + 1)));
         int slot = 0;
         for (const Waiting& waiting : m_waiting) {
@@ -140,7 +140,7 @@ class Calculation {
     void settle(const CVariableExpress& record, bool is_string) {
         const int slot = m_settled++;
         if (is_string) ++m_settled_texts;
-        m_evaluator.SetNumberOfPara(m_settled);
+        m_evaluator.parameters().set_count(m_settled);
         set_parameter(slot, record, is_string, m_number, m_text);
     }
 
