@@ -41,7 +41,8 @@ if(MORANDEL_SANITIZE_THREADS)
 endif()
 
 if(MORANDEL_COVERAGE)
-  target_compile_options(morandel_compile INTERFACE --coverage -O0)
+  # Threads count side by side.
+  target_compile_options(morandel_compile INTERFACE --coverage -fprofile-update=atomic -O0)
   target_link_options(morandel_compile INTERFACE --coverage)
 endif()
 

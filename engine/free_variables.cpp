@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 #include <utility>
 
 #include "language/characters.h"
@@ -68,12 +67,12 @@ void FreeVariables::list(TokenReader& tokens) {
         const Token& token = tokens.token();
         const bool is_text = is_text_operator(*before);
         const bool after_open = before->code == '(';
-        if (is_text && !m_nodes.empty() && before2->code != ')') first()->type = type_text;
+        if (is_text && m_VariableNum > 0 && before2->code != ')') first()->type = type_text;
         if (token.is(TokenClass::name)) {
-            const auto known = std::ranges::find(
-                m_nodes, token.text, [](const auto& node) { return std::string_view(node->name); });
-            if (known != m_nodes.end()) {
-                m_type = (*known)->type;
+            const VariableNode* known = first();
+            while (known != nullptr && known->name != token.text) known = known->next;
+            if (known != nullptr) {
+                m_type = known->type;
             } else {
                 // Deliberate: the "(" that begins the formula does not count.
                 if (open_before_constant > 0 &&
@@ -86,8 +85,7 @@ void FreeVariables::list(TokenReader& tokens) {
                     m_type = is_text ? type_text : type_number;
                 }
                 argument_seen = argument_seen || after_open;
-                m_nodes.push_back(std::make_unique<VariableNode>(
-                    VariableNode{std::string(token.text), m_type, first()}));
+                push(token.text);
             }
         } else if (after_open && token.is_constant()) {
             open_before_constant = position - 1;
@@ -96,6 +94,17 @@ void FreeVariables::list(TokenReader& tokens) {
         before2 = std::exchange(before, &token);
         tokens.get_token();
     }
+}
+
+void FreeVariables::push(std::string_view name) {
+    VariableNode* const next = first();
+    if (m_VariableNum == m_VariableList.size()) {
+        m_VariableList.push_back(std::make_unique<VariableNode>());
+    }
+    VariableNode& node = *m_VariableList[m_VariableNum++];
+    node.name = name;
+    node.type = m_type;
+    node.next = next;
 }
 
 }  // namespace morandel

@@ -21,7 +21,7 @@ void TokenReader::get_token() {
     Token& token = m_Tokens[m_Prog];
     m_Token = &token;
     if (!token.is(TokenClass::end)) ++m_Prog;
-    set_last_read(find_constant(token, m_Para));
+    set_last_read(isConstVariable(token, m_Para));
 }
 
 void TokenReader::get_exp(Program& program, Registers& registers) {

@@ -15,7 +15,7 @@
 namespace morandel {
 
 // What a token is of these. A name that is a parameter becomes one.
-inline LastRead find_constant(Token& token, const Parameters& parameters) {
+inline LastRead isConstVariable(Token& token, const Parameters& parameters) {
     if (token.is(TokenClass::number)) return LastRead::number;
     if (!token.is(TokenClass::name) && !token.is(TokenClass::parameter)) return LastRead::nothing;
     const int slot = parameters.find(token.text);
@@ -58,11 +58,13 @@ class TokenReader {
 
     // What the levels ask of a source. A missing operand is not read over, a missing ")" is.
     [[nodiscard]] const Token& token() const { return *m_Token; }
-    [[nodiscard]] OperandKind operand() const { return m_Token->operand(m_last_read); }
+    [[nodiscard]] OperandKind operand() const { return m_Token->operand(last_read()); }
     // What the constant last read was; literals and named constants do not touch it.
-    [[nodiscard]] LastRead last_read() const { return m_last_read; }
+    [[nodiscard]] LastRead last_read() const {
+        return m_IsNumber ? LastRead::number : LastRead::text;
+    }
     void set_last_read(LastRead last_read) {
-        if (last_read != LastRead::nothing) m_last_read = last_read;
+        if (last_read != LastRead::nothing) m_IsNumber = last_read == LastRead::number;
     }
     Register may_miss_expression(Recorder& recorder) {
         return recorder.serror(Error::no_expression);
@@ -79,7 +81,7 @@ class TokenReader {
   private:
     const Parameters& m_Para;
     const Token* m_Token = &end_of_nothing;
-    LastRead m_last_read = LastRead::number;
+    bool m_IsNumber = true;
     std::vector<Token> m_Tokens;  // the end token last
     std::uint16_t m_Prog = 0;     // the token to be read next
 };

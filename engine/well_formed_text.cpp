@@ -11,7 +11,7 @@ void WellFormedText::get_token() {
 }
 
 void WellFormedText::read_name() {
-    const LastRead found = find_constant(m_token, m_parameters);
+    const LastRead found = isConstVariable(m_token, m_parameters);
     if (found != LastRead::nothing) {
         m_last_read = found;
     } else if (m_token.is(TokenClass::constant) && m_last_read == LastRead::nothing) {

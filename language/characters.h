@@ -53,8 +53,12 @@ constexpr bool is_any(char c, int flags) {
     return (character_table[static_cast<unsigned char>(c)] & flags) != 0;
 }
 
+constexpr bool isdelim(char c) {
+    return is_any(c, delimiter | blank);
+}
+
 inline const char* end_of_name(const char* next) {
-    while (!is_any(*next, delimiter | blank)) {
+    while (!isdelim(*next)) {
         const bool pair = is_any(*next, lead) && next[1] != '\0';
         next += pair ? 2 : 1;
     }

@@ -69,7 +69,7 @@ Error r2s(Call& call) {
     const int decimals = to_int(call.g_NumArray.from_top(0));
     const Error error = write_number(call.value.number, decimals, room, text);
     if (error != Error::none) return error;
-    call.pop(0, 1);
+    call.PopNumArray(1);
     return call.give_copy(text);
 }
 
@@ -83,7 +83,7 @@ Error choose(Call& call) {
     call.value.type = type_number;
     if (call.g_NumArray.size() < 2) return Error::none;
     call.value.number = call.g_NumArray.from_top(call.value.number == 0.0 ? 0 : 1);
-    call.pop(0, 2);
+    call.PopNumArray(2);
     return Error::none;
 }
 
@@ -92,7 +92,7 @@ Error preci(Call& call) {
     if (!call.is_in_range()) return Error::out_of_range;
     call.value.type = type_number;
     const Error error = round_to_decimals(call.value.number, call.extra.values[0]);
-    if (error == Error::none) call.pop(0, 1);
+    if (error == Error::none) call.PopNumArray(1);
     return error;
 }
 
@@ -101,7 +101,7 @@ Error mod(Call& call) {
     if (!call.is_in_range()) return Error::out_of_range;
     const Error error = modulo(call.value.number, call.extra.values[0]);
     if (error != Error::none) return error;
-    call.pop(0, 1);
+    call.PopNumArray(1);
     return call.give_number(call.value.number, type_number);
 }
 

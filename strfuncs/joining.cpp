@@ -81,7 +81,8 @@ Error strreplace(Call& call) {
         part = part.substr(0, end);
     }
     const Error error = replace_all(call, text.substr(0, offset), part, rest, old, replacement);
-    call.pop(error == Error::none ? 2 : 0, 2);
+    if (error == Error::none) call.PopTempStr(2);
+    call.PopNumArray(2);
     return error;
 }
 
@@ -89,7 +90,7 @@ Error strreplace(Call& call) {
 Error strdelete(Call& call) {
     if (call.m_TempStr.empty()) return Error::none;
     const Error error = replace_all(call, {}, call.last_text(), {}, call.value.text, {});
-    if (error == Error::none) call.pop(1, 0);
+    if (error == Error::none) call.PopTempStr(1);
     return error;
 }
 
@@ -104,7 +105,10 @@ Error strinsert(Call& call) {
     const std::size_t offset = std::min(static_cast<std::size_t>(wanted), text.size());
     const Error error =
         replace_all(call, text.substr(0, offset), piece, text.substr(offset), {}, {});
-    if (error == Error::none) call.pop(1, 1);
+    if (error == Error::none) {
+        call.PopTempStr(1);
+        call.PopNumArray(1);
+    }
     return error;
 }
 

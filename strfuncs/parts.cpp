@@ -23,7 +23,7 @@ Error end_of(Call& call, bool last) {
     if (call.g_NumArray.size() < 2) return Error::value_missing;
     const int count = to_int(call.extra.values[0]);
     if (count < 1) return Error::not_positive;
-    call.pop(0, 1);
+    call.PopNumArray(1);
     return call.give_text(part_of(call.value.text, 0, static_cast<std::size_t>(count), last));
 }
 
@@ -46,7 +46,7 @@ Error strsub(Call& call) {
     if (start < 1) return Error::value_incorrect;
     if (length < rest) return Error::negative_length;
 
-    call.pop(0, 3);
+    call.PopNumArray(3);
     return call.give_text(part_of(call.value.text, static_cast<std::size_t>(start) - 1,
                                   static_cast<std::size_t>(length), from_end));
 }
@@ -63,7 +63,8 @@ Error strtrim(Call& call) {
         text.remove_suffix(piece.size());
     }
     const Error error = call.give_copy(text);
-    call.pop(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return error;
 }
 
@@ -95,7 +96,8 @@ Error strsubn(Call& call) {
         piece = rest.substr(0, found);
         if (found != std::string_view::npos) rest.remove_prefix(found + separator.size());
     }
-    call.pop(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return call.give_text(left_over > 0 ? std::string_view() : piece);
 }
 

@@ -39,12 +39,10 @@ struct Call {
         return in_range(value.number) && in_range(extra.values[0]);
     }
 
-    // Takes the further arguments of a call off, by fixed counts: where the call gave fewer, what
+    // Take the further arguments of a call off, by fixed counts: where the call gave fewer, what
     // is pending for others goes.
-    void pop(std::size_t texts, std::size_t numbers) {
-        m_TempStr.pop(texts);
-        g_NumArray.pop(numbers);
-    }
+    void PopTempStr(std::size_t count) { m_TempStr.pop(count); }
+    void PopNumArray(std::size_t count) { g_NumArray.pop(count); }
 
     Error give_text(std::string_view text) {
         value.text = text;

@@ -52,7 +52,7 @@ Error strmismatch(Call& call) {
     const std::string_view other = call.last_text();
 
     if (beyond(text, start) || beyond(other, other_start)) {
-        call.pop(1, 0);
+        call.PopTempStr(1);
         return Error::beyond_text;
     }
     if (outside(text, start) || outside(other, other_start)) return Error::value_incorrect;
@@ -63,7 +63,8 @@ Error strmismatch(Call& call) {
         length = static_cast<double>(
             common_beginning(from(text, start), from(other, other_start), mind_case));
     }
-    call.pop(1, 3);
+    call.PopTempStr(1);
+    call.PopNumArray(3);
     return call.give_number(length, type_integer);
 }
 
@@ -77,7 +78,8 @@ Error strfind(Call& call) {
     std::size_t at = std::string_view::npos;
     if (!piece.empty()) at = find_piece(text, piece, static_cast<std::size_t>(start) - 1);
     const double position = at == std::string_view::npos ? -1.0 : static_cast<double>(at) + 1.0;
-    call.pop(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return call.give_number(position, type_integer);
 }
 
@@ -85,7 +87,8 @@ Error strfind(Call& call) {
 Error strfindn(Call& call) {
     if (call.m_TempStr.empty()) return Error::value_missing;
     const double count = static_cast<double>(count_occurrences(call.value.text, call.last_text()));
-    call.pop(1, 1);
+    call.PopTempStr(1);
+    call.PopNumArray(1);
     return call.give_number(count, type_number);
 }
 
