@@ -26,6 +26,13 @@ class CMorandelApp {
         this_module().init(class_table, instance);
         DisableThreadLibraryCalls(instance);
     }
+    // A thread that has computed holds the library until it ends, by MinGW's runtime, which then
+    // unloads it from within: the thread would wait for itself. So what gives objects stays.
+    void StayLoaded() {
+        HMODULE library = nullptr;
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                           reinterpret_cast<LPCWSTR>(&class_table), &library);
+    }
     void ExitInstance() {
         this_module().terminate();
         forget_type_information();
@@ -47,6 +54,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID process_
 }
 
 STDAPI DllGetClassObject(REFCLSID id, REFIID iid, LPVOID* object) {
+    theApp.StayLoaded();
     return this_module().get_class_object(id, iid, object);
 }
 

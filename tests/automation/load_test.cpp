@@ -58,6 +58,15 @@ struct Thread {
     }
 };
 
+// The first of all, while nobody else in this process keeps the library loaded.
+TEST(Load, AThreadThatAloneUsesComEnds) {
+    Thread thread{0, {}};
+    const HANDLE handle = CreateThread(nullptr, 0, Thread::run, &thread, 0, nullptr);
+    ASSERT_EQ(WaitForSingleObject(handle, 60'000), WAIT_OBJECT_0);
+    CloseHandle(handle);
+    EXPECT_NE(thread.log, L"no object");
+}
+
 TEST(Load, ApartmentsWorkSideBySide) {
     std::vector<std::wstring> alone;
     {
