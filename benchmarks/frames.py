@@ -8,7 +8,6 @@ usage: frames.py [--quick], with the package's folder in PYTHONPATH
 import concurrent.futures
 import datetime
 import os
-import pathlib
 import platform
 import statistics
 import sys
@@ -19,8 +18,8 @@ import numpy as np
 import pandas
 
 import morandel
+from publish import publish
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
 ROWS = 1_000_000
 WARMING = 2.0  # seconds
 # For both; at most 0.6.
@@ -114,12 +113,7 @@ def main():
         "| | | Morandel | theirs | ratio | at most |", "|---|---|---|---|---|---|", *rows, "",
         f"Two threads take {threads:.2f} of the time that one takes for two columns "
         f"(at most {MOST['threads']}).", ""])
-    if "--quick" in sys.argv:
-        print(text)
-    else:
-        (ROOT / "benchmarks/FRAMES.md").write_text(text, encoding="utf-8")
-    if not reached:
-        sys.exit("frames: a goal is missed")
+    publish("FRAMES.md", text, reached)
 
 
 main()

@@ -7,9 +7,7 @@ source_folder=$1 build_folder=$2
 shift 2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-cp -r "$source_folder/python/morandel" "$scratch"
-rm -rf "$scratch/morandel/__pycache__"
-cp "$build_folder"/python/_core*.so "$scratch/morandel"
+"$source_folder/scripts/python-package" "$build_folder" "$scratch"
 export PYTHONPATH=$scratch PYTHONDONTWRITEBYTECODE=1 MORANDEL_COMMAND=$build_folder/cli/morandel MORANDEL_SOURCE=$source_folder
 # Debian's Python, which has the packages; another may be first on the path.
 if [ $# -eq 0 ]; then

@@ -17,9 +17,7 @@ MYPYPATH=$PWD mypy --python-executable /usr/bin/python3 --cache-dir "$scratch/ty
 grep -n '# wrong$' "$source_folder/tests/python/typed.py" | cut -d: -f1 >"$scratch/wanted"
 [ -s "$scratch/wanted" ] && diff "$scratch/wanted" "$scratch/found"
 # The stub of the module that was built is as the module is, but for the class of pybind11's classes.
-mkdir "$scratch/stubs"
-cp -r morandel "$build_folder"/python/_core*.so "$scratch/stubs"
-mv "$scratch"/stubs/_core*.so "$scratch/stubs/morandel"
+"$source_folder/scripts/python-package" "$build_folder" "$scratch/stubs"
 echo morandel._core.Prepared >"$scratch/allowed"
 (cd "$scratch/stubs" && MYPYPATH=$PWD /usr/bin/python3 -m mypy.stubtest --mypy-config-file "$source_folder/python/pyproject.toml" \
     --allowlist "$scratch/allowed" --concise morandel._core) >"$scratch/log" ||
