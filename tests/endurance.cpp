@@ -5,23 +5,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include <morandel.h>
 #include "tests/case_file.h"
+#include "tests/resident.h"
 
 namespace {
-
-// Pages of this process that are in memory, as KiB.
-long resident() {
-    std::ifstream statm("/proc/self/statm");
-    long all = 0;
-    long pages = 0;
-    statm >> all >> pages;
-    return pages * 4;
-}
 
 std::vector<std::string> formulas() {
     std::vector<std::string> all;
@@ -51,7 +42,7 @@ int main(int argc, char** argv) {
     long flat = 0;
     for (long i = 0; i < count; ++i) {
         // Pending texts fill up to their limit first.
-        if (i == count / 5) flat = resident();
+        if (i == count / 5) flat = morandel::tests::resident();
         const std::string& formula = all[static_cast<std::size_t>(i) % all.size()];
         MYPARA a{"a", static_cast<double>(i % 1000), ""};
         MYPARA s{"s", 0.0, "some text"};
@@ -68,7 +59,8 @@ int main(int argc, char** argv) {
         list.Append(CVariableExpress::given, "a", static_cast<double>(i % 7), "");
         list.Cal();
     }
-    const long grown = resident() - flat;
-    std::printf("%ld of each kind, memory grew by %ld KiB to %ld KiB\n", count, grown, resident());
+    const long grown = morandel::tests::resident() - flat;
+    std::printf("%ld of each kind, memory grew by %ld KiB to %ld KiB\n", count, grown,
+                morandel::tests::resident());
     return grown > 1024 ? 1 : 0;
 }

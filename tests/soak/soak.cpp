@@ -8,13 +8,13 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include <morandel.h>
 #include <morandel/formula.hpp>
+#include "tests/resident.h"
 
 namespace {
 
@@ -102,15 +102,6 @@ struct Role {
     std::atomic<long> different = 0;
 };
 
-// Of this process, in memory, as KiB.
-long resident() {
-    std::ifstream statm("/proc/self/statm");
-    long all = 0;
-    long pages = 0;
-    statm >> all >> pages;
-    return pages * 4;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -135,9 +126,9 @@ int main(int argc, char** argv) {
         }
     }
     std::this_thread::sleep_until(begin + length / 5);
-    const long before = resident();
+    const long before = morandel::tests::resident();
     for (std::thread& thread : threads) thread.join();
-    const long grown = resident() - before;
+    const long grown = morandel::tests::resident() - before;
 
     bool failed = grown > 4096;
     for (const Role& role : roles) {
