@@ -8,6 +8,7 @@
 
 #include "cli/color.h"
 #include "cli/line_reader.h"
+#include "cli/narrow_windows.h"
 
 namespace morandel::cli {
 namespace {
@@ -17,15 +18,6 @@ std::atomic<bool> is_reading = false;
 // Ctrl-C ends the program unless a line is being typed.
 BOOL WINAPI handle_key(DWORD event) {
     return event == CTRL_C_EVENT && is_reading ? TRUE : FALSE;
-}
-
-std::string narrow(std::wstring_view text) {
-    const int size = static_cast<int>(text.size());
-    const int room =
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(room), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, bytes.data(), room, nullptr, nullptr);
-    return bytes;
 }
 
 enum class Read { line, end, given_up };

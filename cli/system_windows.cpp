@@ -9,19 +9,11 @@
 #include <cstdio>
 #include <memory>
 
+#include "cli/narrow_windows.h"
 #include "cli/system.h"
 
 namespace morandel::cli {
 namespace {
-
-std::string narrow(std::wstring_view text) {
-    const int size = static_cast<int>(text.size());
-    const int room =
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(room), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, bytes.data(), room, nullptr, nullptr);
-    return bytes;
-}
 
 bool is_console(DWORD stream) {
     DWORD mode = 0;
