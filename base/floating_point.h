@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cfenv>
+#include <optional>
 
 #if defined(__SSE2__) || defined(_M_X64)
 #include <xmmintrin.h>
@@ -51,5 +52,8 @@ class DefaultFloatingPoint {
     std::fenv_t m_host;
 #endif
 };
+
+// For what mostly computes nothing: set when something is first computed.
+using DefaultFloatingPointIfNeeded = std::optional<DefaultFloatingPoint>;
 
 }  // namespace morandel

@@ -78,7 +78,8 @@ double text_to_number(std::string_view text) {
     return negative ? -value : value;
 }
 
-const char* read_digits(const char* next, double& value) {
+const char* read_digits(const char* next, double& value,
+                        DefaultFloatingPointIfNeeded& environment) {
     // Whole numbers and powers of ten up to these are exact, and one division rounds right.
     constexpr std::ptrdiff_t exact_digits = 15;
     static constexpr double powers_of_ten[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
@@ -97,9 +98,12 @@ const char* read_digits(const char* next, double& value) {
         read_whole();
         decimals = next - first;
     }
-    if (next - begin > exact_digits) {
-        read_unsigned({begin, static_cast<std::size_t>(next - begin)}, std::chars_format::fixed,
-                      value);
+    const std::ptrdiff_t size = next - begin;
+    if (size > exact_digits || decimals > 0) {
+        if (!environment) environment.emplace();
+    }
+    if (size > exact_digits) {
+        read_unsigned({begin, static_cast<std::size_t>(size)}, std::chars_format::fixed, value);
     } else {
         value = static_cast<double>(static_cast<std::int64_t>(whole));
         if (decimals > 0) value /= powers_of_ten[decimals];

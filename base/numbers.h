@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "base/floating_point.h"
 #include "base/value.h"
 
 namespace morandel {
@@ -18,7 +19,8 @@ namespace morandel {
 double text_to_number(std::string_view text);
 
 // Reads digits with at most one point, as 5. is and .5 is not, and gives the place after them.
-const char* read_digits(const char* next, double& value);
+// Where the value is no short whole number, that is computed in the environment.
+const char* read_digits(const char* next, double& value, DefaultFloatingPointIfNeeded& environment);
 
 // Room for the longest double in fixed notation with 20 decimals.
 using NumberBuffer = std::array<char, 340>;

@@ -5,9 +5,15 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace morandel {
+
+// Copies it to room for as much; the end of what was written.
+inline char* copy_text(std::string_view text, char* room) {
+    return std::copy(text.begin(), text.end(), room);
+}
 
 class TextArena {
   public:

@@ -15,7 +15,7 @@ Evaluator::Evaluator(std::string& result, std::string& message, int& status)
     constexpr std::size_t most_programs = 32;  // have no more steps
     m_program.steps.reserve(most_programs);
     m_Formula[0] = '\0';
-    g_NumArray.clear();
+    g_NumArray().clear();
 }
 
 int Evaluator::SetExpression(const char* text) {
@@ -34,7 +34,6 @@ int Evaluator::SetExpression(const char* text) {
 }
 
 int Evaluator::load(const char* text) {
-    const DefaultFloatingPoint environment;
     const void* terminator = std::memchr(text, '\0', longest_formula + 1);
     if (terminator == nullptr) return 0;
     const auto length = static_cast<std::size_t>(static_cast<const char*>(terminator) - text);
@@ -58,7 +57,8 @@ void Evaluator::drop_formula() {
 }
 
 bool Evaluator::accept() {
-    Levels<WellFormedText> levels({m_Formula, m_Para}, {m_program, m_registers});
+    DefaultFloatingPointIfNeeded environment;
+    Levels<WellFormedText> levels({m_Formula, m_Para, environment}, {m_program, m_registers});
     levels.get_exp();
     const WellFormedText& text = levels.source();
     if (!text.is_accepted() && VerifyExpression() == 0) return false;
@@ -85,10 +85,7 @@ int Evaluator::VerifyExpression() {
 }
 
 TokenReader& Evaluator::tokens() {
-    if (m_tokens.empty()) {
-        const DefaultFloatingPoint environment;
-        m_tokens.cut(m_Formula);
-    }
+    if (m_tokens.empty()) m_tokens.cut(m_Formula);
     return m_tokens;
 }
 
@@ -104,11 +101,12 @@ int Evaluator::CalcExpression() {
         m_ResultType = m_program.type;
         m_StrResult.clear();
     } else {
-        ArgumentStack<double>& numbers = g_NumArray;
-        m_pending.drop_excess(numbers);
+        ArgumentStack<double>& numbers = g_NumArray();
+        m_pending.prepare(numbers);
         const Value value = m_machine.run(m_program, numbers);
         m_Result = value.number;
         m_ResultType = value.type;
+        m_pending.keep();
         m_StrResult = value.text;
     }
     return m_faults.m_Status != 0 ? 1 : 0;
@@ -130,7 +128,7 @@ void Evaluator::record() {
 }
 
 Evaluator::Memory Evaluator::memory() const {
-    return {g_NumArray.changes() + m_pending.m_TempStr.changes(),
+    return {g_NumArray().changes() + m_pending.m_TempStr.changes(),
             m_tokens.last_read() == LastRead::number};
 }
 

@@ -37,9 +37,10 @@ void Parameters::declare(std::size_t slot, const std::string& name, ResultType t
 }
 
 void Parameters::set_text(std::size_t slot, const std::string& name, const std::string& text) {
-    declare(slot, name, type_text);
-    m_slots[slot].text = text;
-    m_registers.set(slot, {0.0, m_slots[slot].text, type_text});
+    Parameter& parameter = m_slots[slot];
+    if (!is_text(slot) || !parameter.has_short_name(name)) declare(slot, name, type_text);
+    parameter.text = text;
+    m_registers.set(slot, {0.0, parameter.text, type_text});
 }
 
 void Parameters::convert_number(std::size_t slot, const std::string& name, double number) {
@@ -56,17 +57,19 @@ void Parameters::set_in_range(std::size_t slot, double number) {
 }
 
 int Parameters::find(std::string_view name) const {
-    static_assert(NameKey::hashes > std::size_t{2} * most);
     constexpr int few = 6;  // up to so many, names are compared one after the other
-    const NameKey key(name);
-    const auto is_at = [&](int slot) {
-        return m_slots[static_cast<std::size_t>(slot)].has_name(name, key);
-    };
-    if (m_count <= few) {
-        int slot = 0;
-        while (slot < m_count && !is_at(slot)) ++slot;
-        return slot < m_count ? slot : -1;
+    if (m_count > few) return find_by_hash(name);
+    for (int slot = 0; slot < m_count; ++slot) {
+        const Parameter& parameter = m_slots[static_cast<std::size_t>(slot)];
+        if (parameter.has_short_name(name)) return slot;
+        if (name.size() > 8 && parameter.name == name) return slot;
     }
+    return -1;
+}
+
+int Parameters::find_by_hash(std::string_view name) const {
+    static_assert(NameKey::hashes > std::size_t{2} * most);
+    const NameKey key(name);
     const auto next = [](std::size_t at) { return (at + 1) % NameKey::hashes; };
     for (; m_indexed < m_count; ++m_indexed) {
         std::size_t at = m_slots[static_cast<std::size_t>(m_indexed)].key.hash();
@@ -75,7 +78,8 @@ int Parameters::find(std::string_view name) const {
     }
     for (std::size_t at = key.hash(); m_index[at] != 0; at = next(at)) {
         const int slot = m_index[at] - 1;
-        if (slot < m_count && is_at(slot)) return slot;
+        if (slot >= m_count) continue;
+        if (m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) return slot;
     }
     return -1;
 }

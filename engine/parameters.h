@@ -22,7 +22,7 @@ struct Parameter {
     std::string text;
 
     // Whether it is that name, for names of up to 8 bytes, as most are: this calls nothing.
-    [[nodiscard]] bool has_short_name(const std::string& wanted) const {
+    [[nodiscard]] bool has_short_name(std::string_view wanted) const {
         const std::size_t size = name.size();
         if (size != wanted.size()) return false;
         const char* a = name.data();
@@ -82,6 +82,7 @@ class Parameters {
     [[nodiscard]] std::uint32_t generation() const { return m_generation; }
 
   private:
+    [[nodiscard]] int find_by_hash(std::string_view name) const;
     void add_slots(std::size_t wanted);
     void convert_number(std::size_t slot, const std::string& name, double number);
     void set_in_range(std::size_t slot, double number);

@@ -4,21 +4,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 #include "strfuncs/argument_stack.h"
+#include "strfuncs/pending_text.h"
 
 namespace morandel {
 
 // The numbers of further arguments. Deliberate: shared by all evaluators that compute on a thread,
 // and emptied by the construction of any. Built with MORANDEL_PROCESS_WIDE_STATE, it is one for the
 // process, and no two threads may compute at the same time.
-#ifdef MORANDEL_PROCESS_WIDE_STATE
-extern constinit ArgumentStack<double> g_NumArray;
-#else
-extern constinit thread_local ArgumentStack<double> g_NumArray;
-#endif
+ArgumentStack<double>& g_NumArray();
 
 // What an evaluator has of its own, with the numbers that it computes with.
 class Pending {
@@ -29,16 +25,22 @@ class Pending {
 
     void push(std::string_view text) {
         m_TempStr.push(text);
+        ++m_unkept;
         m_pushed_bytes += text.size();
     }
 
-    // Lets the oldest go of what is too much.
-    void drop_excess(ArgumentStack<double>& numbers);
+    // Before an evaluation. Lets the oldest go of what is too much, and what an evaluation that ran
+    // out of memory has left.
+    void prepare(ArgumentStack<double>& numbers);
+    // After it, as long as the texts that it pushed are where they were.
+    void keep();
+    void clear();
 
-    ArgumentStack<std::string> m_TempStr;  // texts of further arguments
+    ArgumentStack<PendingText> m_TempStr;  // texts of further arguments
     StringArgument first_argument;
 
   private:
+    std::size_t m_unkept = 0;        // texts that were pushed, some of which may be popped
     std::size_t m_pushed_bytes = 0;  // since those pending were counted last
 };
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "base/floating_point.h"
 #include "base/numbers.h"
 #include "engine/token.h"
 #include "language/characters.h"
@@ -15,7 +16,11 @@ namespace morandel {
 // Reads from a terminated text of at most 512 bytes. Tokens refer to its bytes.
 class Scanner {
   public:
-    explicit Scanner(const char* formula) : m_formula(formula), m_next(formula) {}
+    Scanner(const char* formula, DefaultFloatingPointIfNeeded& environment)
+        : m_formula(formula), m_next(formula), m_environment(environment) {}
+
+    // As though there were nothing more.
+    void stop() { m_next = ""; }
 
     // Reads the next token and tells what its first byte begins: a single token, a name, a number,
     // a literal, or nothing. At the terminator, or at a byte that starts no token, it is the end
@@ -31,7 +36,7 @@ class Scanner {
         if ((starts & name_start) != 0) return read_name(token);
         if ((starts & digit) != 0) {
             set_kind(token, {TokenClass::number});
-            m_next = read_digits(m_next, token.number);
+            m_next = read_digits(m_next, token.number, m_environment);
             return digit;
         }
         if ((starts & quote) != 0) return read_literal(token);
@@ -101,6 +106,7 @@ class Scanner {
 
     const char* m_formula;
     const char* m_next;
+    DefaultFloatingPointIfNeeded& m_environment;  // of numbers
 };
 
 }  // namespace morandel

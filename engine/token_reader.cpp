@@ -10,7 +10,8 @@ namespace morandel {
 void TokenReader::cut(const char* formula) {
     m_Tokens.clear();
     m_Tokens.reserve(std::strlen(formula) + 1);  // no token without a byte, but the last
-    Scanner scanner(formula);
+    DefaultFloatingPointIfNeeded environment;
+    Scanner scanner(formula, environment);
     do scanner.read_with_place(m_Tokens.emplace_back());
     while (!m_Tokens.back().is(TokenClass::end));
     seek(m_Prog);

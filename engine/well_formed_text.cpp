@@ -22,7 +22,7 @@ void WellFormedText::read_name() {
 // There is nothing more to read then, so that the levels come to their end.
 void WellFormedText::refuse() {
     m_refused = true;
-    m_scanner = Scanner("");
+    m_scanner.stop();
     m_token = {};
 }
 

@@ -16,8 +16,9 @@ namespace morandel {
 
 class WellFormedText {
   public:
-    WellFormedText(const char* formula, const Parameters& parameters)
-        : m_scanner(formula), m_parameters(parameters) {}
+    WellFormedText(const char* formula, const Parameters& parameters,
+                   DefaultFloatingPointIfNeeded& environment)
+        : m_scanner(formula, environment), m_parameters(parameters) {}
 
     // Once the levels have read it: whether the formula is well formed, by the grammar check too.
     [[nodiscard]] bool is_accepted() const { return !m_refused && m_token.is(TokenClass::end); }

@@ -11,10 +11,10 @@
 #include "formula/recording.h"
 
 namespace morandel::formula {
-PendingGuard::PendingGuard() : m_kept(std::exchange(g_NumArray, ArgumentStack<double>())) {}
+PendingGuard::PendingGuard() : m_kept(std::exchange(g_NumArray(), ArgumentStack<double>())) {}
 
 PendingGuard::~PendingGuard() {
-    g_NumArray = std::move(m_kept);
+    g_NumArray() = std::move(m_kept);
 }
 
 // Where a machine runs.
@@ -78,9 +78,7 @@ bool Computation::run_program(const Program& program) {
         if (!m_recording.m_texts[i]) at.registers.numbers()[i] = m_numbers[i];
     }
     at.numbers.clear();
-    at.pending.m_TempStr.clear();
-    at.pending.first_argument.text.clear();
-    at.pending.first_argument.index = 0;
+    at.pending.clear();
     at.verdict.faults.forget();
     if (m_recording.m_fault) at.verdict.faults.serror(m_recording.m_fault->number);
     m_value = at.machine.run(program, at.numbers);

@@ -21,7 +21,8 @@ Extent extent_of(const Token& token) {
 // Calls a function with each token and the one before it, until that gives true.
 template <class Visit>
 void each_token(const std::string& formula, const Visit& visit) {
-    Scanner scanner(formula.c_str());
+    DefaultFloatingPointIfNeeded environment;
+    Scanner scanner(formula.c_str(), environment);
     Token token;
     Token before;
     for (scanner.read_with_place(token); !visit(token, before); scanner.read_with_place(token)) {

@@ -6,22 +6,23 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <utility>
 #include <vector>
 
 namespace morandel {
 
-// Popped slots are kept and assigned to again: pushing a text that fits allocates nothing.
+// Slots that are popped or dropped are kept and assigned to again, so that a text finds the room of
+// one before it.
 template <class Element>
 class ArgumentStack {
   public:
-    [[nodiscard]] std::size_t size() const { return m_end - m_begin; }
-    [[nodiscard]] bool empty() const { return m_end == m_begin; }
+    [[nodiscard]] std::size_t size() const { return m_size; }
+    [[nodiscard]] bool empty() const { return m_size == 0; }
 
-    const Element& operator[](std::size_t index) const { return m_slots[m_begin + index]; }
+    Element& operator[](std::size_t index) { return m_slots[slot(index)]; }
+    const Element& operator[](std::size_t index) const { return m_slots[slot(index)]; }
     // 0 is the last element, 1 the one below it.
-    const Element& from_top(std::size_t depth) const { return m_slots[m_end - 1 - depth]; }
+    const Element& from_top(std::size_t depth) const { return (*this)[m_size - 1 - depth]; }
 
     // Grows with every change of the content.
     [[nodiscard]] std::uint64_t changes() const { return m_changes; }
@@ -29,58 +30,59 @@ class ArgumentStack {
     template <class Source>
     void push(const Source& source) {
         ++m_changes;
-        if (m_end == m_slots.size()) m_slots.emplace_back();
-        m_slots[m_end] = source;
-        ++m_end;
+        if (m_size == m_capacity) grow();
+        (*this)[m_size] = source;
+        ++m_size;
     }
 
     // Takes up to count elements from the top.
     void pop(std::size_t count) {
-        const std::size_t taken = std::min(count, size());
-        m_end -= taken;
+        const std::size_t taken = std::min(count, m_size);
+        m_size -= taken;
         m_changes += taken;
     }
 
-    void clear() {
-        m_changes += size();
-        m_begin = m_end = 0;
-    }
+    void clear() { pop(m_size); }
 
     // Removes the elements at index, index + 2, index + 4, ...
     void remove_every_second(std::size_t index) {
         ++m_changes;
-        std::size_t kept = m_begin + index;
-        for (std::size_t next = kept + 1; next < m_end; next += 2, ++kept) {
-            std::swap(m_slots[kept], m_slots[next]);
+        for (std::size_t next = index + 1; next < m_size; next += 2, ++index) {
+            std::swap((*this)[index], (*this)[next]);
         }
-        m_end = kept;
+        m_size = index;
     }
 
-    // Lets the oldest go where there are more than limit; their slots are reused in time, so
-    // that a full stack costs each evaluation only what it added.
+    // Lets the oldest go where there are more than limit.
     void drop_oldest(std::size_t limit) {
-        if (size() <= limit) return;
+        if (m_size <= limit) return;
         ++m_changes;
-        m_begin = m_end - limit;
-        if (m_begin < limit) return;
-        std::rotate(m_slots.begin(), slot(m_begin), slot(m_end));
-        m_begin = 0;
-        m_end = limit;
+        m_begin += m_size - limit;
+        m_size = limit;
     }
 
     // Hands on each element that is popped or dropped and whose room waits to be used again.
     template <class Visit>
     void each_spare(const Visit& visit) {
-        std::for_each(m_slots.begin(), slot(m_begin), visit);
-        std::for_each(slot(m_end), m_slots.end(), visit);
+        for (std::size_t index = m_size; index < m_capacity; ++index) visit((*this)[index]);
     }
 
   private:
-    auto slot(std::size_t index) { return m_slots.begin() + static_cast<std::ptrdiff_t>(index); }
+    [[nodiscard]] std::size_t slot(std::size_t index) const {
+        return (m_begin + index) & (m_capacity - 1);
+    }
+    void grow() {
+        const auto first = static_cast<std::ptrdiff_t>(slot(0));
+        std::rotate(m_slots.begin(), m_slots.begin() + first, m_slots.end());
+        m_begin = 0;
+        m_slots.resize(std::max(2 * m_capacity, std::size_t{8}));
+        m_capacity = m_slots.size();
+    }
 
-    std::vector<Element> m_slots;
-    std::size_t m_begin = 0;
-    std::size_t m_end = 0;
+    std::vector<Element> m_slots;  // a ring
+    std::size_t m_capacity = 0;    // how many there are: a power of two
+    std::size_t m_begin = 0;       // counts on past the ring's end
+    std::size_t m_size = 0;
     std::uint64_t m_changes = 0;
 };
 
@@ -90,13 +92,6 @@ struct ExtraArguments {
     static constexpr std::size_t kept = 4;  // no function reads more
 
     double values[kept] = {not_given, not_given, not_given, not_given};
-};
-
-// The first argument of the last strcat that had a second one, with the number of texts that were
-// pending then.
-struct StringArgument {
-    std::string text;
-    std::size_t index = 0;
 };
 
 }  // namespace morandel

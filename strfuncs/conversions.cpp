@@ -44,9 +44,9 @@ Error write_number(double x, int decimals, NumberBuffer& room, std::string_view&
 
     char* end = room.data();
     if (x < 0.0 && !reads_as_zero) *end++ = '-';
-    end = std::ranges::copy(whole, end).out;
+    end = copy_text(whole, end);
     if (!fraction.empty()) *end++ = '.';
-    end = std::ranges::copy(fraction, end).out;
+    end = copy_text(fraction, end);
     text = {room.data(), end};
     return Error::none;
 }

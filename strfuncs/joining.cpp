@@ -19,15 +19,15 @@ Error replace_all(Call& call, std::string_view head, std::string_view text, std:
         return Error::longer_than_target;
     }
     char* const room = call.arena.allocate(kept + count * replacement.size());
-    char* end = std::ranges::copy(head, room).out;
+    char* end = copy_text(head, room);
     for (std::size_t left_over = count; left_over > 0; --left_over) {
         const std::size_t at = find_piece(text, old);
-        end = std::ranges::copy(text.substr(0, at), end).out;
-        end = std::ranges::copy(replacement, end).out;
+        end = copy_text(text.substr(0, at), end);
+        end = copy_text(replacement, end);
         text.remove_prefix(at + old.size());
     }
-    end = std::ranges::copy(text, end).out;
-    end = std::ranges::copy(tail, end).out;
+    end = copy_text(text, end);
+    end = copy_text(tail, end);
     return call.give_text({room, end});
 }
 
@@ -39,18 +39,20 @@ Error strcat(Call& call) {
     // Deliberate: a call finds its further texts by its first one, in a table whose only entry
     // ever filled a nested strcat has overwritten. The empty entries after it lead to index 0.
     const std::string_view first = call.value.text;
-    const StringArgument& entry = call.first_argument;
-    if (first != entry.text && !first.empty()) return Error::none;
-    const std::size_t index = first == entry.text ? entry.index : 0;
+    const std::string_view entry = call.first_argument.text;
+    const bool is_found =
+        first.size() == entry.size() && (first.data() == entry.data() || first == entry);
+    if (!is_found && !first.empty()) return Error::none;
+    const std::size_t index = is_found ? call.first_argument.index : 0;
     if (index >= call.m_TempStr.size()) return Error::value_incorrect;
 
     std::size_t size = first.size();
     for (std::size_t i = index; i < call.m_TempStr.size(); ++i) size += call.m_TempStr[i].size();
     if (size > longest_text) return Error::longer_than_target;
     char* const room = call.arena.allocate(size);
-    char* end = std::ranges::copy(first, room).out;
+    char* end = copy_text(first, room);
     for (std::size_t i = index; i < call.m_TempStr.size(); ++i) {
-        end = std::ranges::copy(call.m_TempStr[i], end).out;
+        end = copy_text(call.m_TempStr[i], end);
     }
 
     // Deliberate: only every second of the joined texts goes.

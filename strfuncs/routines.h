@@ -4,20 +4,20 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 #include "base/numbers.h"
 #include "base/text_arena.h"
 #include "base/value.h"
 #include "strfuncs/argument_stack.h"
+#include "strfuncs/pending_text.h"
 
 namespace morandel {
 
 struct Call {
     Value& value;                           // first argument in, result out
     const ExtraArguments& extra;            // numbers of the further arguments of this call
-    ArgumentStack<std::string>& m_TempStr;  // texts that this call and others left pending
+    ArgumentStack<PendingText>& m_TempStr;  // texts that this call and others left pending
     ArgumentStack<double>& g_NumArray;      // and numbers
     const StringArgument& first_argument;   // of the last strcat that had a second one
     TextArena& arena;
@@ -49,10 +49,10 @@ struct Call {
         value.type = type_text;
         return Error::none;
     }
-    // For a text that lies in m_TempStr, whose slots are used again.
+    // For a text that lies in m_TempStr, whose room is used again.
     Error give_copy(std::string_view text) {
         char* room = arena.allocate(text.size());
-        std::ranges::copy(text, room);
+        copy_text(text, room);
         return give_text({room, text.size()});
     }
     Error give_number(double number, ResultType type) {

@@ -32,7 +32,9 @@ struct Recorded {
         registers.make_room(longest_formula);
         parameters.set_count(static_cast<int>(names.size()));
         for (std::size_t i = 0; i < names.size(); ++i) parameters.set_number(i, names[i], 0.0);
-        Levels<WellFormedText> levels({formula.c_str(), parameters}, {program, registers});
+        DefaultFloatingPointIfNeeded environment;
+        Levels<WellFormedText> levels({formula.c_str(), parameters, environment},
+                                      {program, registers});
         levels.get_exp();
         EXPECT_TRUE(levels.source().is_accepted()) << formula;
         EXPECT_TRUE(program.is_numeric) << formula;

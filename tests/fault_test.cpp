@@ -135,6 +135,27 @@ TEST(Fault, Parameters) {
     EXPECT_GT(fail_each([](Objects& o) { o.set_parameters(); }), 2);
 }
 
+// Texts that it had pushed lay in parameters, which have other texts by now.
+TEST(Fault, OfAnEvaluationThatRanOutOfMemoryNothingIsRead) {
+    EXPECT_GT(fail_each([](Objects& o) {
+                  o.set_parameters();
+                  o.evaluator.SetExpression("strcat(s, s, strcat(s, s, s), s)");
+                  const bool failing = left_to_fail > 0;
+                  try {
+                      o.evaluator.CalcExpression();
+                  } catch (const std::bad_alloc&) {
+                      left_to_fail = -1;
+                  }
+                  MYPARA s{"s", 0.0, std::string(200, 'y')};
+                  o.evaluator.SetPara(&s, 2, true);
+                  o.evaluator.SetExpression("strfindn(\"y\")");
+                  o.evaluator.CalcExpression();
+                  EXPECT_EQ(o.evaluator.GetResult(), 0.0);
+                  if (failing && left_to_fail < 0) throw std::bad_alloc();
+              }),
+              3);
+}
+
 TEST(Fault, Formulas) {
     for (const char* formula : {"1+2*3",
                                 "sqrt(a^2+1)",

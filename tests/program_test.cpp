@@ -23,7 +23,8 @@ struct Reading {
         m_parameters.set_number(1, "rate", 0.5);
         m_parameters.set_number(2, "a parameter of sixteen", 1.0);
         m_parameters.set_text(3, "s", "text");
-        Levels<WellFormedText> levels({formula, m_parameters}, {program, m_registers});
+        DefaultFloatingPointIfNeeded environment;
+        Levels<WellFormedText> levels({formula, m_parameters, environment}, {program, m_registers});
         levels.get_exp();
         accepted = levels.source().is_accepted();
     }

@@ -86,7 +86,7 @@ const Call calls[] = {
 
 TEST(StringFunctions, TakeOffFixedCounts) {
     for (const Call& row : calls) {
-        morandel::ArgumentStack<std::string> texts;
+        morandel::ArgumentStack<morandel::PendingText> texts;
         morandel::ArgumentStack<double> numbers;
         // Of calls before.
         for (const char* pending : {"x", "y", "z"}) texts.push(std::string_view(pending));

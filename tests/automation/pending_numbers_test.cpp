@@ -22,8 +22,8 @@ class PendingNumbers : public testing::Test {
         leave_one();
     }
     static void leave_one() {
-        g_NumArray.clear();
-        g_NumArray.push(7.0);
+        g_NumArray().clear();
+        g_NumArray().push(7.0);
     }
 
     morandel::automation::Pointer<IComExpress> m_object;
@@ -38,7 +38,7 @@ TEST_F(PendingNumbers, AreEmptiedByExpressionCheck) {
     for (const char* formula : {"1+2", "sin(\"a\")", "1+", ""}) {
         leave_one();
         EXPECT_EQ(m_object->ExpressionCheck(bytes(formula), nullptr, nullptr), S_OK);
-        EXPECT_TRUE(g_NumArray.empty()) << formula;
+        EXPECT_TRUE(g_NumArray().empty()) << formula;
     }
 }
 
@@ -47,7 +47,7 @@ TEST_F(PendingNumbers, AreEmptiedByACalculation) {
     m_object->SetValue(0, bytes("a"), 0.0, bytes("1+2"));
     EXPECT_EQ(m_object->GetValue(bytes("a"), &value), S_OK);
     EXPECT_EQ(value, 3.0);
-    EXPECT_TRUE(g_NumArray.empty());
+    EXPECT_TRUE(g_NumArray().empty());
 }
 
 TEST_F(PendingNumbers, StayWhereNothingIsComputed) {
@@ -56,8 +56,8 @@ TEST_F(PendingNumbers, StayWhereNothingIsComputed) {
     EXPECT_EQ(accepted, 1);
     EXPECT_EQ(m_object->SetValue(1, bytes("a"), 5.0, bytes("")), S_OK);
     EXPECT_EQ(m_object->Clear(), S_OK);
-    ASSERT_EQ(g_NumArray.size(), 1U);
-    EXPECT_EQ(g_NumArray.from_top(0), 7.0);
+    ASSERT_EQ(g_NumArray().size(), 1U);
+    EXPECT_EQ(g_NumArray().from_top(0), 7.0);
 }
 
 }  // namespace
