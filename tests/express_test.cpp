@@ -68,6 +68,8 @@ TEST(Express, ANullFormulaHasAMessageOfItsOwn) {
 TEST(Express, ANullFormulaLeavesTheStatusAndTheFormula) {
     CExpress e;
     EXPECT_EQ(e.SetExpression("(1"), 0);
+    EXPECT_EQ(e.SetExpression(""), 0) << "though nothing is what there is";
+    EXPECT_EQ(e.SetExpression("(1"), 0);
     EXPECT_EQ(e.SetExpression(nullptr), 0);
     EXPECT_EQ(e.GetExpressionStatus(), 2);
     EXPECT_EQ(e.GetStatu(), 0);

@@ -134,11 +134,16 @@ TEST(Hostile, TextsOver64MebibytesAreRefused) {
     para.strValue.resize(std::size_t{32} << 20);
     e.SetPara(&para, 1, true);
     for (const std::string formula :
-         {"strcat(s, s)", "strinsert(s, s, 0)", "strreplace(\"aa\", \"a\", s)"}) {
+         {"strcat(s, s)", "strinsert(s, s, 0)", "strreplace(\"aa\", \"a\", s)",
+          "strreplace(s, \"x\", strcat(\"x\", s))"}) {
         ASSERT_EQ(e.SetExpression(("strlen(" + formula + ")").c_str()), 1);
         EXPECT_EQ(e.CalcExpression(), 1) << formula << ", 64 MiB exactly";
         EXPECT_EQ(e.GetResult(), static_cast<double>(std::size_t{64} << 20)) << formula;
     }
+    // One occurrence, and a byte too much beside it.
+    ASSERT_EQ(e.SetExpression("strreplace(s, \"x\", strcat(\"xy\", s))"), 1);
+    EXPECT_EQ(e.CalcExpression(), 0);
+    EXPECT_EQ(e.GetErrorNumber(), 55);
     para.strValue.resize((std::size_t{64} << 20) + 1, 'b');
     e.SetPara(&para, 1, true);
     ASSERT_EQ(e.SetExpression("strdelete(\"b\", s)"), 1);
