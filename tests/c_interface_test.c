@@ -113,6 +113,11 @@ static void test_formulas(void) {
 
     EXPECT(morandel_evaluate("a*2", MORANDEL_TERMINATED, names, values, 1, result, &error) == 1);
     EXPECT(morandel_result_number(result) == 2.0);
+    /* What a value is counts, not what its name is said to be. */
+    names[0].type = MORANDEL_NUMBER;
+    values[0] = morandel_text("abc", 3);
+    EXPECT(morandel_evaluate("strlen(a)", 9, names, values, 1, result, &error) == 1);
+    EXPECT(morandel_result_number(result) == 3.0);
     EXPECT(morandel_formula_prepare(apple_936, MORANDEL_TERMINATED, NULL, 0, MORANDEL_CODE_PAGE_936,
                                     &formula, NULL) == 1);
     EXPECT(morandel_formula_name(formula, 0, &found) == 1);
