@@ -54,7 +54,6 @@ class NameKey {
         key.m_last = lower_bytes(m_last);
         return key;
     }
-    [[nodiscard]] constexpr bool is_whole_name() const { return m_size <= 16; }
 
     // Seven bits, for a table of 128.
     static constexpr std::size_t hashes = 128;

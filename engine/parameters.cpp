@@ -21,14 +21,12 @@ void Parameters::add_slots(std::size_t wanted) {
 
 void Parameters::declare(std::size_t slot, const std::string& name, ResultType type) {
     Parameter& parameter = m_slots[slot];
-    const NameKey key(name);
-    if (m_registers.kind(slot) == type && parameter.has_name(name, key)) return;
+    if (m_registers.kind(slot) == type && parameter.has_name(name)) return;
     if (static_cast<int>(slot) < m_indexed) {
         m_indexed = 0;
         m_index.fill(0);
     }
     parameter.name = name;
-    parameter.key = key;
     ++m_generation;
     if (m_registers.kind(slot) == type) return;
     // A text has no number, and a number no text.
@@ -38,7 +36,7 @@ void Parameters::declare(std::size_t slot, const std::string& name, ResultType t
 
 void Parameters::set_text(std::size_t slot, const std::string& name, const std::string& text) {
     Parameter& parameter = m_slots[slot];
-    if (!is_text(slot) || !parameter.has_short_name(name)) declare(slot, name, type_text);
+    if (!is_text(slot) || !parameter.has_name(name)) declare(slot, name, type_text);
     parameter.text = text;
     m_registers.set(slot, {0.0, parameter.text, type_text});
 }
@@ -60,26 +58,23 @@ int Parameters::find(std::string_view name) const {
     constexpr int few = 6;  // up to so many, names are compared one after the other
     if (m_count > few) return find_by_hash(name);
     for (int slot = 0; slot < m_count; ++slot) {
-        const Parameter& parameter = m_slots[static_cast<std::size_t>(slot)];
-        if (parameter.has_short_name(name)) return slot;
-        if (name.size() > 8 && parameter.name == name) return slot;
+        if (m_slots[static_cast<std::size_t>(slot)].has_name(name)) return slot;
     }
     return -1;
 }
 
 int Parameters::find_by_hash(std::string_view name) const {
     static_assert(NameKey::hashes > std::size_t{2} * most);
-    const NameKey key(name);
     const auto next = [](std::size_t at) { return (at + 1) % NameKey::hashes; };
     for (; m_indexed < m_count; ++m_indexed) {
-        std::size_t at = m_slots[static_cast<std::size_t>(m_indexed)].key.hash();
+        std::size_t at = NameKey(m_slots[static_cast<std::size_t>(m_indexed)].name).hash();
         while (m_index[at] != 0) at = next(at);
         m_index[at] = static_cast<std::uint8_t>(m_indexed + 1);
     }
-    for (std::size_t at = key.hash(); m_index[at] != 0; at = next(at)) {
+    for (std::size_t at = NameKey(name).hash(); m_index[at] != 0; at = next(at)) {
         const int slot = m_index[at] - 1;
         if (slot >= m_count) continue;
-        if (m_slots[static_cast<std::size_t>(slot)].has_name(name, key)) return slot;
+        if (m_slots[static_cast<std::size_t>(slot)].has_name(name)) return slot;
     }
     return -1;
 }

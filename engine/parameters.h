@@ -18,26 +18,22 @@ namespace morandel {
 
 struct Parameter {
     std::string name;
-    NameKey key;  // of the name
     std::string text;
 
-    // Whether it is that name, for names of up to 8 bytes, as most are: this calls nothing.
-    [[nodiscard]] bool has_short_name(std::string_view wanted) const {
+    // Names of up to 8 bytes, as most are, are compared without a call.
+    [[nodiscard]] bool has_name(std::string_view wanted) const {
         const std::size_t size = name.size();
         if (size != wanted.size()) return false;
         const char* a = name.data();
         const char* b = wanted.data();
-        if (size < 2) return size == 1 && *a == *b;
+        if (size < 2) return size == 0 || *a == *b;
         if (size < 4) {
             return read_bytes<std::uint16_t>(a) == read_bytes<std::uint16_t>(b) &&
                    a[size - 1] == b[size - 1];
         }
-        if (size > 8) return false;
+        if (size > 8) return name == wanted;
         return read_bytes<std::uint32_t>(a) == read_bytes<std::uint32_t>(b) &&
                read_bytes<std::uint32_t>(a + size - 4) == read_bytes<std::uint32_t>(b + size - 4);
-    }
-    [[nodiscard]] bool has_name(std::string_view wanted, const NameKey& wanted_key) const {
-        return key == wanted_key && (key.is_whole_name() || name == wanted);
     }
 };
 
@@ -63,7 +59,7 @@ class Parameters {
     // Slots are below the count.
     void set_number(std::size_t slot, const std::string& name, double number) {
         if (!is_plain(number) || m_beyond_range > 0) return convert_number(slot, name, number);
-        if (is_text(slot) || !m_slots[slot].has_short_name(name)) declare(slot, name, type_number);
+        if (is_text(slot) || !m_slots[slot].has_name(name)) declare(slot, name, type_number);
         m_registers.numbers()[slot] = number;
     }
     void set_text(std::size_t slot, const std::string& name, const std::string& text);

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "strfuncs/argument_stack.h"
-#include "strfuncs/pending_text.h"
 
 namespace morandel {
 

@@ -6,8 +6,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 #include <vector>
+
+#include "base/text_arena.h"
 
 namespace morandel {
 
@@ -92,6 +95,39 @@ struct ExtraArguments {
     static constexpr std::size_t kept = 4;  // no function reads more
 
     double values[kept] = {not_given, not_given, not_given, not_given};
+};
+
+// A text that calls leave for one another. While an evaluation runs, it lies where it was found, in
+// the formula, a parameter or the arena; keep() copies it for those to come.
+class PendingText {
+  public:
+    PendingText& operator=(std::string_view text) {
+        m_text = text;
+        return *this;
+    }
+    operator std::string_view() const { return m_text; }
+    [[nodiscard]] std::size_t size() const { return m_text.size(); }
+
+    [[nodiscard]] bool is_kept() const { return m_text.data() == m_room.data() || m_text.empty(); }
+    void keep() {
+        if (is_kept()) return;
+        if (m_room.size() < m_text.size()) m_room.resize(m_text.size());
+        m_text = {m_room.data(), copy_text(m_text, m_room.data())};
+    }
+
+    // The room stays for the texts after this one.
+    [[nodiscard]] std::size_t room() const { return m_room.size(); }
+
+  private:
+    std::string_view m_text;
+    std::vector<char> m_room;  // which stays where it is when this is moved
+};
+
+// The first argument of the last strcat that had a second one, with the number of texts that were
+// pending then.
+struct StringArgument {
+    PendingText text;
+    std::size_t index = 0;
 };
 
 }  // namespace morandel

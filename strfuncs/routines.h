@@ -10,7 +10,6 @@
 #include "base/text_arena.h"
 #include "base/value.h"
 #include "strfuncs/argument_stack.h"
-#include "strfuncs/pending_text.h"
 
 namespace morandel {
 
