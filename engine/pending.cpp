@@ -1,7 +1,6 @@
 #include "engine/pending.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace morandel {
 
@@ -15,8 +14,9 @@ ArgumentStack<double>& g_NumArray() {
 }
 
 void Pending::prepare(ArgumentStack<double>& numbers) {
-    m_TempStr.pop(std::exchange(m_unkept, 0));
-    if (!first_argument.text.is_kept()) first_argument.text = std::string_view();
+    m_TempStr.pop(m_TempStr.size() - first_unkept());
+    m_unkept = 0;
+    if (!first_argument.text.is_kept()) first_argument = {};
     numbers.drop_oldest(most);
     m_TempStr.drop_oldest(most);
     if (m_pushed_bytes <= most_bytes) return;
@@ -35,16 +35,21 @@ void Pending::prepare(ArgumentStack<double>& numbers) {
 
 void Pending::keep() {
     first_argument.text.keep();
-    const std::size_t size = m_TempStr.size();
-    for (std::size_t i = size - std::min(m_unkept, size); i < size; ++i) m_TempStr[i].keep();
+    for (std::size_t i = first_unkept(); i < m_TempStr.size(); ++i) m_TempStr[i].keep();
     m_unkept = 0;
+}
+
+// All that come after it were pushed by the same evaluation.
+std::size_t Pending::first_unkept() const {
+    std::size_t index = m_TempStr.size() - std::min(m_unkept, m_TempStr.size());
+    while (index < m_TempStr.size() && m_TempStr[index].is_kept()) ++index;
+    return index;
 }
 
 void Pending::clear() {
     m_TempStr.clear();
     m_unkept = 0;
-    first_argument.text = std::string_view();
-    first_argument.index = 0;
+    first_argument = {};
 }
 
 }  // namespace morandel

@@ -39,6 +39,8 @@ class Pending {
     StringArgument first_argument;
 
   private:
+    [[nodiscard]] std::size_t first_unkept() const;
+
     std::size_t m_unkept = 0;        // texts that were pushed, some of which may be popped
     std::size_t m_pushed_bytes = 0;  // since those pending were counted last
 };

@@ -101,6 +101,9 @@ struct ExtraArguments {
 // the formula, a parameter or the arena; keep() copies it for those to come.
 class PendingText {
   public:
+    PendingText() = default;
+    PendingText(PendingText&&) = default;  // the room stays where it is
+    PendingText& operator=(PendingText&&) = default;
     PendingText& operator=(std::string_view text) {
         m_text = text;
         return *this;
@@ -120,7 +123,7 @@ class PendingText {
 
   private:
     std::string_view m_text;
-    std::vector<char> m_room;  // which stays where it is when this is moved
+    std::vector<char> m_room;
 };
 
 // The first argument of the last strcat that had a second one, with the number of texts that were

@@ -156,6 +156,32 @@ TEST(Fault, OfAnEvaluationThatRanOutOfMemoryNothingIsRead) {
               3);
 }
 
+TEST(Fault, WhatEarlierEvaluationsLeftStays) {
+    for (const char* formula : {"strlen(strtrim(\"a\", \"abc\"), strcase(s, s))",
+                                "strcat(\"q\", \"z\", strcase(s, s))"}) {
+        EXPECT_GT(fail_each([formula](Objects& o) {
+                      o.set_parameters();
+                      o.evaluator.SetExpression("strcase(\"q\", \"old\")");
+                      o.evaluator.CalcExpression();
+                      o.evaluator.SetExpression(formula);
+                      bool failed = false;
+                      try {
+                          o.evaluator.CalcExpression();
+                      } catch (const std::bad_alloc&) {
+                          failed = true;
+                          left_to_fail = -1;
+                      }
+                      o.evaluator.SetExpression("strcat(\"\")");
+                      o.evaluator.CalcExpression();
+                      EXPECT_TRUE(o.evaluator.m_StrResult.starts_with("old"))
+                          << o.evaluator.m_StrResult;
+                      if (failed) throw std::bad_alloc();
+                  }),
+                  3)
+            << formula;
+    }
+}
+
 TEST(Fault, Formulas) {
     for (const char* formula : {"1+2*3",
                                 "sqrt(a^2+1)",
