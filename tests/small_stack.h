@@ -12,8 +12,8 @@ namespace morandel::tests {
 #if defined(__SANITIZE_ADDRESS__)
 // Frames are several times as large under the sanitizers.
 constexpr std::size_t small_stack = std::size_t{2} * 1024 * 1024;
-#elif !defined(NDEBUG)
-// And larger where little is optimised, as where changes of the library are judged.
+#elif defined(__GNUC__) && !defined(__OPTIMIZE__)
+// And larger where nothing is optimised.
 constexpr std::size_t small_stack = std::size_t{256} * 1024;
 #else
 constexpr std::size_t small_stack = std::size_t{64} * 1024;
