@@ -19,14 +19,12 @@ void Parameters::add_slots(std::size_t wanted) {
     }
 }
 
-void Parameters::declare(std::size_t slot, const std::string& name, ResultType type) {
-    Parameter& parameter = m_slots[slot];
-    if (m_registers.kind(slot) == type && parameter.has_name(name)) return;
+void Parameters::rename(std::size_t slot, const std::string& name, ResultType type) {
     if (static_cast<int>(slot) < m_indexed) {
         m_indexed = 0;
         m_index.fill(0);
     }
-    parameter.name = name;
+    m_slots[slot].name = name;
     ++m_generation;
     if (m_registers.kind(slot) == type) return;
     // A text has no number, and a number no text.
@@ -35,10 +33,9 @@ void Parameters::declare(std::size_t slot, const std::string& name, ResultType t
 }
 
 void Parameters::set_text(std::size_t slot, const std::string& name, const std::string& text) {
-    Parameter& parameter = m_slots[slot];
-    if (!is_text(slot) || !parameter.has_name(name)) declare(slot, name, type_text);
-    parameter.text = text;
-    m_registers.set(slot, {0.0, parameter.text, type_text});
+    declare(slot, name, type_text);
+    m_slots[slot].text = text;
+    m_registers.set(slot, {0.0, m_slots[slot].text, type_text});
 }
 
 void Parameters::convert_number(std::size_t slot, const std::string& name, double number) {

@@ -59,7 +59,7 @@ class Parameters {
     // Slots are below the count.
     void set_number(std::size_t slot, const std::string& name, double number) {
         if (!is_plain(number) || m_beyond_range > 0) return convert_number(slot, name, number);
-        if (is_text(slot) || !m_slots[slot].has_name(name)) declare(slot, name, type_number);
+        declare(slot, name, type_number);
         m_registers.numbers()[slot] = number;
     }
     void set_text(std::size_t slot, const std::string& name, const std::string& text);
@@ -82,7 +82,11 @@ class Parameters {
     void add_slots(std::size_t wanted);
     void convert_number(std::size_t slot, const std::string& name, double number);
     void set_in_range(std::size_t slot, double number);
-    void declare(std::size_t slot, const std::string& name, ResultType type);
+    void declare(std::size_t slot, const std::string& name, ResultType type) {
+        if (m_registers.kind(slot) != type || !m_slots[slot].has_name(name))
+            rename(slot, name, type);
+    }
+    void rename(std::size_t slot, const std::string& name, ResultType type);
 
     Registers& m_registers;
     int m_count = 0;
