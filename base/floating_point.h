@@ -13,7 +13,7 @@
 namespace morandel {
 
 // Sets that environment while it lives, and then gives the host's back. On Linux nothing but the
-// SSE registers computes, and reading theirs costs next to nothing; on Windows the C library uses
+// SSE registers computes, and reading theirs takes some nanoseconds; on Windows the C library uses
 // the x87 as well, and resets nothing else.
 class DefaultFloatingPoint {
   public:

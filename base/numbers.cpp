@@ -99,9 +99,8 @@ const char* read_digits(const char* next, double& value,
         decimals = next - first;
     }
     const std::ptrdiff_t size = next - begin;
-    if (size > exact_digits || decimals > 0) {
-        if (!environment) environment.emplace();
-    }
+    const bool is_exact = size <= exact_digits && decimals == 0;
+    if (!is_exact && !environment) environment.emplace();
     if (size > exact_digits) {
         read_unsigned({begin, static_cast<std::size_t>(size)}, std::chars_format::fixed, value);
     } else {

@@ -83,7 +83,7 @@ class ArgumentStack {
     }
 
     std::vector<Element> m_slots;  // a ring
-    std::size_t m_capacity = 0;    // how many there are: a power of two
+    std::size_t m_capacity = 0;    // its size, a power of two, which a vector finds by division
     std::size_t m_begin = 0;       // counts on past the ring's end
     std::size_t m_size = 0;
     std::uint64_t m_changes = 0;

@@ -51,8 +51,7 @@ struct Call {
     // For a text that lies in m_TempStr, whose room is used again.
     Error give_copy(std::string_view text) {
         char* room = arena.allocate(text.size());
-        copy_text(text, room);
-        return give_text({room, text.size()});
+        return give_text({room, copy_text(text, room)});
     }
     Error give_number(double number, ResultType type) {
         value.number = number;
