@@ -1,5 +1,6 @@
 #include "engine/machine.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -44,6 +45,13 @@ void MUL_Atith(char code, Value& left, const Value& right) {
     left.type = type_number;
 }
 
+ExtraArguments numbers_of(const FurtherArguments& further, const double* numbers) {
+    ExtraArguments extra;
+    std::ranges::transform(further.values, extra.values,
+                           [numbers](Register place) { return numbers[place]; });
+    return extra;
+}
+
 }  // namespace
 
 bool run_numbers(const Program& program, double* numbers) {
@@ -80,7 +88,6 @@ bool run_numbers(const Program& program, double* numbers) {
 }
 
 Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
-    m_sets.assign(program.argument_sets, {});
     m_texts.clear();
     for (const Step& step : program.steps) {
         Value value = m_registers.value(step.left);
@@ -89,7 +96,9 @@ Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
                 m_faults.serror(unary(step.code, value));
                 break;
             case StepKind::StringFunction: {
-                Call call{value,   m_sets[step.right],       m_pending.m_TempStr,
+                const ExtraArguments extra =
+                    numbers_of(program.further_arguments[step.right], m_registers.numbers());
+                Call call{value,   extra,                    m_pending.m_TempStr,
                           numbers, m_pending.first_argument, m_texts};
                 m_faults.serror(function_of_code(step.code)->body.routine(call));
                 break;
@@ -105,7 +114,11 @@ Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
                 m_pending.first_argument.index = m_pending.m_TempStr.size();
                 continue;
             case StepKind::further_argument:
-                further_argument(step, value, numbers);
+                if (value.type == type_text) {
+                    m_pending.push(value.text);
+                } else {
+                    numbers.push(value.number);
+                }
                 continue;
             case StepKind::serror:
                 m_faults.serror(step.left);
@@ -114,19 +127,6 @@ Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
         m_registers.set(step.result, value);
     }
     return m_registers.value(program.result);
-}
-
-void Machine::further_argument(const Step& step, const Value& value,
-                               ArgumentStack<double>& numbers) {
-    if (value.type == type_text) {
-        m_pending.push(value.text);
-    } else {
-        numbers.push(value.number);
-    }
-    const auto place = static_cast<unsigned char>(step.code);
-    if (place < ExtraArguments::kept && step.right != 0) {
-        m_sets[step.right].values[place] = value.number;
-    }
 }
 
 }  // namespace morandel

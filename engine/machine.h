@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <vector>
 
 #include "base/text_arena.h"
 #include "engine/faults.h"
@@ -26,12 +25,9 @@ class Machine {
     Value run(const Program& program, ArgumentStack<double>& numbers);
 
   private:
-    void further_argument(const Step& step, const Value& value, ArgumentStack<double>& numbers);
-
     Registers& m_registers;
     Pending& m_pending;
     Faults& m_faults;
-    std::vector<ExtraArguments> m_sets;  // of further arguments
     TextArena m_texts;
 };
 

@@ -25,18 +25,22 @@ enum class StepKind : std::uint8_t {
 
 struct Step {
     StepKind kind;
-    char code;       // of the operator or function; of a further argument, its place
+    char code;       // of the operator or function
     Register left;   // the only operand, or the number of the fault
-    Register right;  // of calls and further arguments: which arguments they read or write
+    Register right;  // of calls: which further arguments they read
     Register result;
+};
+
+// Those of one call, by their places.
+struct FurtherArguments {
+    static constexpr Register none = Registers::not_given;
+    Register values[ExtraArguments::kept] = {none, none, none, none};
 };
 
 struct Program {
     std::vector<Step> steps;
+    std::vector<FurtherArguments> further_arguments{};  // of each call that reads them
     Register result = Registers::nothing;
-    // Further arguments that calls read, one set a call that has any. Set 0 stands for none: there
-    // nothing is written.
-    std::uint16_t argument_sets = 1;
 
     // Whether numbers are all that it reads and gives, and pending values nothing to it.
     bool is_numeric = true;

@@ -1,7 +1,5 @@
 #include "engine/recorder.h"
 
-#include <algorithm>
-
 namespace morandel {
 
 Register Recorder::lacking(const Token& token) {
@@ -22,14 +20,15 @@ void Recorder::first_argument(Register value) {
 
 void Recorder::further_argument(std::size_t place, Register value) {
     leave_numbers();
-    if (m_call.set == 0 && is_routine(m_call.code)) m_call.set = m_program.argument_sets++;
-    const auto code = static_cast<char>(std::min(place, ExtraArguments::kept));
-    m_program.steps.push_back({StepKind::further_argument, code, value, m_call.set, 0});
+    m_program.steps.push_back({StepKind::further_argument, 0, value, 0, 0});
+    if (place < ExtraArguments::kept) m_call.further.values[place] = value;
 }
 
-Register Recorder::end_routine(char code, Register value, std::uint16_t set) {
+Register Recorder::end_routine(char code, Register value, const FurtherArguments& further) {
     leave_numbers();
-    return append(StepKind::StringFunction, code, value, set, type_text);
+    const auto arguments = static_cast<Register>(m_program.further_arguments.size());
+    m_program.further_arguments.push_back(further);
+    return append(StepKind::StringFunction, code, value, arguments, type_text);
 }
 
 void Recorder::leave_numbers() {

@@ -19,7 +19,8 @@ class Recorder {
     // Constants go straight to the registers, which have room for what the formula needs.
     Recorder(Program& program, Registers& registers) : m_program(program), m_registers(registers) {
         program.steps.clear();
-        program = {.steps = std::move(program.steps)};
+        program.further_arguments.clear();
+        program = {std::move(program.steps), std::move(program.further_arguments)};
     }
 
     using Operand = Register;
@@ -45,16 +46,16 @@ class Recorder {
     // included.
     struct Call {
         char code = 0;
-        std::uint16_t set = 0;
+        FurtherArguments further;
     };
-    Call begin_call(char code) { return std::exchange(m_call, {code, 0}); }
+    Call begin_call(char code) { return std::exchange(m_call, {code, {}}); }
     // Of strcat, before its second argument.
     void first_argument(Register value);
     void further_argument(std::size_t place, Register value);
     Register end_call(Register value, Call outer) {
-        const auto [code, set] = std::exchange(m_call, outer);
+        const auto [code, further] = std::exchange(m_call, outer);
         if (code == '+') return value;
-        if (is_routine(code)) return end_routine(code, value, set);
+        if (is_routine(code)) return end_routine(code, value, further);
         const char operation = code == '-' ? char{code_negate} : code;
         return append(StepKind::unary, operation, value, 0, result_type(code));
     }
@@ -91,7 +92,7 @@ class Recorder {
         m_registers.set(m_next, value);
         return m_next++;
     }
-    Register end_routine(char code, Register value, std::uint16_t set);
+    Register end_routine(char code, Register value, const FurtherArguments& further);
     void leave_numbers();
 
     Program& m_program;

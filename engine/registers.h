@@ -10,6 +10,7 @@
 
 #include "base/value.h"
 #include "language/characters.h"
+#include "strfuncs/argument_stack.h"
 
 namespace morandel {
 
@@ -21,9 +22,13 @@ class Registers {
   public:
     static constexpr Register parameters = 50;       // the first ones
     static constexpr Register nothing = parameters;  // the operand that is missing: 0, no text
-    static constexpr Register first_free = nothing + 1;
+    static constexpr Register not_given = nothing + 1;  // a further argument that is missing
+    static constexpr Register first_free = not_given + 1;
 
-    Registers() { set(nothing, {}); }
+    Registers() {
+        set(nothing, {});
+        set(not_given, {ExtraArguments::not_given, {}, type_number});
+    }
     Registers(const Registers&) = delete;
     Registers& operator=(const Registers&) = delete;
 
