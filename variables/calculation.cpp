@@ -51,6 +51,9 @@ class Calculation {
     void queue_all() {
         const auto count = static_cast<std::int64_t>(m_records.size());
         m_attempts_left = count * (count + 1);
+        // Of more variables than there are parameters, formulas see none.
+        m_evaluator.parameters().set_count(
+            static_cast<int>(std::min<std::int64_t>(count, Parameters::most + 1)));
         m_waiting.reserve(m_records.size());
         m_records.each_first_of_name([this](CVariableExpress& record) {
             m_waiting.push_back({&record, {}, {}, 0});
@@ -64,9 +67,6 @@ class Calculation {
         const auto begins_name = [](char c) { return is_any(c, name_start); };
         if (m_settled > 0 || m_stored_shown || std::ranges::none_of(formula, begins_name)) return;
         m_stored_shown = true;
-        // Of more variables than there are parameters, formulas see none.
-        m_evaluator.parameters().set_count(
-            static_cast<int>(std::min<std::size_t>(m_records.size(), Parameters::most + 1)));
         int slot = 0;
         for (const Waiting& waiting : m_waiting) {
             CVariableExpress& record = *waiting.record;
