@@ -27,7 +27,7 @@ struct Step {
     StepKind kind;
     char code;       // of the operator or function
     Register left;   // the only operand, or the number of the fault
-    Register right;  // of calls: which further arguments they read
+    Register right;  // of calls: the number of the further arguments that they read, from 1
     Register result;
 };
 
@@ -48,6 +48,15 @@ struct Program {
 
     bool touches_pending = false;  // reads or leaves values of further arguments
     std::string_view lacks{};      // the first name without a value, in the formula
+
+    // Keeps its room.
+    void clear() {
+        steps.clear();
+        further_arguments.clear();
+        is_numeric = true;
+        touches_pending = false;
+        lacks = {};
+    }
 };
 
 }  // namespace morandel

@@ -21,14 +21,20 @@ void Recorder::first_argument(Register value) {
 void Recorder::further_argument(std::size_t place, Register value) {
     leave_numbers();
     m_program.steps.push_back({StepKind::further_argument, 0, value, 0, 0});
-    if (place < ExtraArguments::kept) m_call.further.values[place] = value;
+    if (place >= ExtraArguments::kept) return;
+    if (m_call.further == 0) m_call.further = add_further_arguments();
+    m_program.further_arguments[m_call.further - 1U].values[place] = value;
 }
 
-Register Recorder::end_routine(char code, Register value, const FurtherArguments& further) {
+Register Recorder::end_routine(char code, Register value, std::uint16_t further) {
     leave_numbers();
-    const auto arguments = static_cast<Register>(m_program.further_arguments.size());
-    m_program.further_arguments.push_back(further);
-    return append(StepKind::StringFunction, code, value, arguments, type_text);
+    if (further == 0) further = add_further_arguments();
+    return append(StepKind::StringFunction, code, value, further, type_text);
+}
+
+std::uint16_t Recorder::add_further_arguments() {
+    m_program.further_arguments.emplace_back();
+    return static_cast<std::uint16_t>(m_program.further_arguments.size());
 }
 
 void Recorder::leave_numbers() {

@@ -18,9 +18,7 @@ class Recorder {
   public:
     // Constants go straight to the registers, which have room for what the formula needs.
     Recorder(Program& program, Registers& registers) : m_program(program), m_registers(registers) {
-        program.steps.clear();
-        program.further_arguments.clear();
-        program = {std::move(program.steps), std::move(program.further_arguments)};
+        program.clear();
     }
 
     using Operand = Register;
@@ -46,9 +44,9 @@ class Recorder {
     // included.
     struct Call {
         char code = 0;
-        FurtherArguments further;
+        std::uint16_t further = 0;  // the number of their set; 0 where there is none yet
     };
-    Call begin_call(char code) { return std::exchange(m_call, {code, {}}); }
+    Call begin_call(char code) { return std::exchange(m_call, {code, 0}); }
     // Of strcat, before its second argument.
     void first_argument(Register value);
     void further_argument(std::size_t place, Register value);
@@ -92,7 +90,8 @@ class Recorder {
         m_registers.set(m_next, value);
         return m_next++;
     }
-    Register end_routine(char code, Register value, const FurtherArguments& further);
+    Register end_routine(char code, Register value, std::uint16_t further);
+    std::uint16_t add_further_arguments();
     void leave_numbers();
 
     Program& m_program;
