@@ -98,8 +98,8 @@ Value Machine::run(const Program& program, ArgumentStack<double>& numbers) {
             case StepKind::StringFunction: {
                 const ExtraArguments extra =
                     numbers_of(program.further_arguments[step.right - 1U], m_registers.numbers());
-                Call call{value,   extra,                    m_pending.m_TempStr,
-                          numbers, m_pending.first_argument, m_texts};
+                Call call{value,  extra, m_pending.m_TempStr, numbers, m_pending.first_argument,
+                          m_texts};
                 m_faults.serror(function_of_code(step.code)->body.routine(call));
                 break;
             }

@@ -2,7 +2,6 @@
 
 #pragma once
 
-
 #include "base/text_arena.h"
 #include "engine/faults.h"
 #include "engine/pending.h"

@@ -20,8 +20,8 @@ using Register = std::uint16_t;
 // Numbers stand by themselves, since most programs are of numbers alone.
 class Registers {
   public:
-    static constexpr Register parameters = 50;       // the first ones
-    static constexpr Register nothing = parameters;  // the operand that is missing: 0, no text
+    static constexpr Register parameters = 50;          // the first ones
+    static constexpr Register nothing = parameters;     // the operand that is missing: 0, no text
     static constexpr Register not_given = nothing + 1;  // a further argument that is missing
     static constexpr Register first_free = not_given + 1;
 
