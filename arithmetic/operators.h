@@ -32,9 +32,7 @@ inline bool rounds_clearly(double rounded, double error) {
 }
 
 // Whether the halves of a number can be computed with, and with their products.
-inline bool has_halves(double x) {
-    return std::abs(x) > 1e-12 && std::abs(x) < 1e12;
-}
+inline bool has_halves(double x) { return std::abs(x) > 1e-12 && std::abs(x) < 1e12; }
 
 // What the standard library gives for two numbers, or one of the relations below: 1 or 0.
 template <class Operation>
@@ -67,8 +65,6 @@ struct Equal { bool operator()(double a, double b) const { return a - b == 0.0; 
 // clang-format on
 
 bool contains(std::string_view text, std::string_view piece);
-inline bool same_text(std::string_view a, std::string_view b) {
-    return a == b;
-}
+inline bool same_text(std::string_view a, std::string_view b) { return a == b; }
 
 }  // namespace morandel

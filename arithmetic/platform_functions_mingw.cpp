@@ -87,9 +87,7 @@ double sine_of(const Reduced& angle) {
 
 }  // namespace
 
-double sine(double angle) {
-    return sine_of(reduced(angle));
-}
+double sine(double angle) { return sine_of(reduced(angle)); }
 
 double cosine(double angle) {
     Reduced ahead = reduced(angle);

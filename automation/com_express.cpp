@@ -37,9 +37,7 @@ CComExpress::CComExpress(IUnknown* outer) : m_outer(outer != nullptr ? outer : &
     this_module().lock();
 }
 
-CComExpress::~CComExpress() {
-    this_module().unlock();
-}
+CComExpress::~CComExpress() { this_module().unlock(); }
 
 STDMETHODIMP CComExpress::Inner::QueryInterface(REFIID iid, void** object) {
     if (object == nullptr) return E_POINTER;
@@ -56,9 +54,7 @@ STDMETHODIMP CComExpress::Inner::QueryInterface(REFIID iid, void** object) {
 }
 
 // Apartment threading: one thread counts, so the count is a plain one.
-STDMETHODIMP_(ULONG) CComExpress::Inner::AddRef() {
-    return ++m_object.m_references;
-}
+STDMETHODIMP_(ULONG) CComExpress::Inner::AddRef() { return ++m_object.m_references; }
 
 STDMETHODIMP_(ULONG) CComExpress::Inner::Release() {
     const ULONG left = --m_object.m_references;
@@ -70,13 +66,9 @@ STDMETHODIMP CComExpress::QueryInterface(REFIID iid, void** object) {
     return m_outer->QueryInterface(iid, object);
 }
 
-STDMETHODIMP_(ULONG) CComExpress::AddRef() {
-    return m_outer->AddRef();
-}
+STDMETHODIMP_(ULONG) CComExpress::AddRef() { return m_outer->AddRef(); }
 
-STDMETHODIMP_(ULONG) CComExpress::Release() {
-    return m_outer->Release();
-}
+STDMETHODIMP_(ULONG) CComExpress::Release() { return m_outer->Release(); }
 
 // Runs a method alone in the process. No exception may cross the frames of Invoke's caller, so
 // under Invoke it waits until these are left.

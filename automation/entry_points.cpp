@@ -58,17 +58,11 @@ STDAPI DllGetClassObject(REFCLSID id, REFIID iid, LPVOID* object) {
     return this_module().get_class_object(id, iid, object);
 }
 
-STDAPI DllCanUnloadNow() {
-    return this_module().locks() == 0 ? S_OK : S_FALSE;
-}
+STDAPI DllCanUnloadNow() { return this_module().locks() == 0 ? S_OK : S_FALSE; }
 
-STDAPI DllRegisterServer() {
-    return register_server(Scope::machine);
-}
+STDAPI DllRegisterServer() { return register_server(Scope::machine); }
 
-STDAPI DllUnregisterServer() {
-    return unregister_server(Scope::machine);
-}
+STDAPI DllUnregisterServer() { return unregister_server(Scope::machine); }
 
 // "user" is for the current user alone; nothing is as DllRegisterServer and DllUnregisterServer.
 STDAPI DllInstall(BOOL install, LPCWSTR scope_name) {

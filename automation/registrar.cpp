@@ -9,9 +9,7 @@
 namespace morandel::automation {
 namespace {
 
-HRESULT last_error() {
-    return HRESULT_FROM_WIN32(GetLastError());
-}
+HRESULT last_error() { return HRESULT_FROM_WIN32(GetLastError()); }
 
 class Library {
   public:

@@ -3,9 +3,7 @@
 namespace morandel::automation {
 namespace {
 
-REGSAM rights_in(View view, REGSAM rights) {
-    return rights | static_cast<REGSAM>(view);
-}
+REGSAM rights_in(View view, REGSAM rights) { return rights | static_cast<REGSAM>(view); }
 
 HRESULT unless_missing(LSTATUS status) {
     return status == ERROR_FILE_NOT_FOUND ? S_OK : registry_result(status);

@@ -7,9 +7,7 @@
 
 namespace morandel {
 
-constexpr bool is_white_space(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+constexpr bool is_white_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 constexpr char to_lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

@@ -94,9 +94,7 @@ std::optional<std::string_view> find(int number, std::string_view ErrorText::*te
 
 }  // namespace
 
-Table<ErrorText> error_table() {
-    return {errors, std::size(errors)};
-}
+Table<ErrorText> error_table() { return {errors, std::size(errors)}; }
 
 std::optional<std::string_view> error_message(int number) {
     return find(number, &ErrorText::message);

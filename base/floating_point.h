@@ -42,9 +42,7 @@ class DefaultFloatingPoint {
 #if defined(__SSE2__) || defined(_M_X64)
     static constexpr unsigned defaults = 0x1F80;
     static constexpr unsigned flags = 0x3F;  // what has happened, not what is to happen
-    [[nodiscard]] bool is_changed() const {
-        return (m_host_sse & ~flags) != defaults;
-    }
+    [[nodiscard]] bool is_changed() const { return (m_host_sse & ~flags) != defaults; }
 
     unsigned m_host_sse;
 #endif

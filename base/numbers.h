@@ -47,17 +47,11 @@ inline constexpr double units_of_20_decimals = 1e20;
 // difference, takes no branch, and of many numbers is gathered by "or".
 using Bits = std::uint64_t;
 
-constexpr Bits size_of(double number) {
-    return std::bit_cast<Bits>(number) & ~(Bits{1} << 63);
-}
+constexpr Bits size_of(double number) { return std::bit_cast<Bits>(number) & ~(Bits{1} << 63); }
 
-constexpr Bits beyond(double number, double bound) {
-    return size_of(bound) - size_of(number);
-}
+constexpr Bits beyond(double number, double bound) { return size_of(bound) - size_of(number); }
 
-constexpr bool is_set(Bits top_bit) {
-    return top_bit >> 63 != 0;
-}
+constexpr bool is_set(Bits top_bit) { return top_bit >> 63 != 0; }
 
 // Of a number that parameters do not keep as it is, which lies between 0 and what 20 decimals keep,
 // or beyond the range.
@@ -67,9 +61,7 @@ constexpr Bits unkept(double number) {
 }
 
 // Whether parameters keep a number as it is, and it is in the range that is computed in.
-constexpr bool is_plain(double number) {
-    return !is_set(unkept(number));
-}
+constexpr bool is_plain(double number) { return !is_set(unkept(number)); }
 
 // The upper half of a number, of 26 bits.
 inline double upper_half(double x) {

@@ -58,9 +58,7 @@ Numbers::Numbers(std::size_t rows) : m_rows(rows) {
     if (page == huge_page) madvise(m_numbers.get(), size, MADV_HUGEPAGE);
 }
 
-void Numbers::Free::operator()(double* numbers) const {
-    std::free(numbers);
-}
+void Numbers::Free::operator()(double* numbers) const { std::free(numbers); }
 
 const std::vector<Numbers>& columns_of(std::size_t rows) {
     static std::map<std::size_t, std::vector<Numbers>> all;

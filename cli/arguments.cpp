@@ -10,9 +10,7 @@
 namespace morandel::cli {
 namespace {
 
-bool is_letter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
+bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 // Two signs before a letter begin no formula.
 bool looks_like_option(std::string_view argument) {

@@ -33,9 +33,7 @@ std::string_view code_of(Paint paint) {
 
 }  // namespace
 
-void choose_colors(std::string_view chosen) {
-    choice() = chosen;
-}
+void choose_colors(std::string_view chosen) { choice() = chosen; }
 
 bool has_colors(std::FILE* stream) {
     if (choice() != "auto") return choice() == "always";

@@ -138,9 +138,7 @@ constexpr ErrorHelp table[] = {
 
 }  // namespace
 
-std::span<const ErrorHelp> error_helps() {
-    return table;
-}
+std::span<const ErrorHelp> error_helps() { return table; }
 
 const ErrorHelp* find_error_help(int number) {
     const auto* found = std::ranges::find(table, number, &ErrorHelp::number);

@@ -16,9 +16,7 @@ std::string library_text(const ErrorHelp& help) {
     return to_utf8(error_message(help.number).value_or(""));
 }
 
-Message text_of(const ErrorHelp& help) {
-    return {std::string(help.english), library_text(help)};
-}
+Message text_of(const ErrorHelp& help) { return {std::string(help.english), library_text(help)}; }
 
 nlohmann::json error_json(const ErrorHelp& help) {
     const auto text_or_null = [](std::string_view text) {
@@ -35,9 +33,7 @@ nlohmann::json error_json(const ErrorHelp& help) {
             {"way_out_en", text_or_null(help.way_english)}};
 }
 
-void print_indented(const std::string& text) {
-    print_line("    " + text);
-}
+void print_indented(const std::string& text) { print_line("    " + text); }
 
 // The examples are evaluated as they are shown.
 void print_example(std::string_view formula) {

@@ -110,9 +110,7 @@ Outcome Evaluator::evaluate_loaded() {
     return outcome;
 }
 
-Outcome Evaluator::failure_of(CExpress& express) {
-    return failure(express, true);
-}
+Outcome Evaluator::failure_of(CExpress& express) { return failure(express, true); }
 
 Outcome Evaluator::failure(CExpress& express, bool loaded) {
     Outcome outcome;

@@ -24,13 +24,9 @@ Language& current() {
 
 }  // namespace
 
-Language language() {
-    return current();
-}
+Language language() { return current(); }
 
-void speak(Language language) {
-    current() = language;
-}
+void speak(Language language) { current() = language; }
 
 std::optional<Language> find_language(std::string_view name) {
     const std::string_view first = name.substr(0, name.find_first_of("_-.@"));

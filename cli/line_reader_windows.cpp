@@ -16,9 +16,7 @@ namespace {
 std::atomic<bool> is_reading = false;
 
 // Ctrl-C ends the program unless a line is being typed.
-BOOL WINAPI handle_key(DWORD event) {
-    return event == CTRL_C_EVENT && is_reading ? TRUE : FALSE;
-}
+BOOL WINAPI handle_key(DWORD event) { return event == CTRL_C_EVENT && is_reading ? TRUE : FALSE; }
 
 enum class Read { line, end, given_up };
 
@@ -44,9 +42,7 @@ LineReader::LineReader(Completer /*completer*/, const std::filesystem::path& /*h
     SetConsoleCtrlHandler(handle_key, TRUE);
 }
 
-LineReader::~LineReader() {
-    SetConsoleCtrlHandler(handle_key, FALSE);
-}
+LineReader::~LineReader() { SetConsoleCtrlHandler(handle_key, FALSE); }
 
 bool LineReader::read(const std::string& prompt, std::string& line) {
     while (true) {

@@ -30,9 +30,7 @@ std::string roff(std::string_view text) {
     return escaped;
 }
 
-std::string heading(const Message& text) {
-    return ".SH " + text.shown() + '\n';
-}
+std::string heading(const Message& text) { return ".SH " + text.shown() + '\n'; }
 
 std::string item(std::string_view name, std::string_view text) {
     return ".TP\n\\fB" + roff(name) + "\\fR\n" + roff(text) + '\n';

@@ -51,9 +51,7 @@ void print_text(std::string_view text) {
     }
 }
 
-void print_line(const std::string& line) {
-    print_text(line + '\n');
-}
+void print_line(const std::string& line) { print_text(line + '\n'); }
 
 namespace {
 
@@ -64,9 +62,7 @@ std::string dumped(const nlohmann::json& value) {
 
 }  // namespace
 
-void print_line(const nlohmann::json& object) {
-    print_line(dumped(object));
-}
+void print_line(const nlohmann::json& object) { print_line(dumped(object)); }
 
 void print_line(const nlohmann::json& object, const NumberFormat& numbers) {
     if (!numbers.is_plain() || !object.at("value").is_number()) return print_line(object);

@@ -6,9 +6,7 @@
 namespace morandel::cli {
 namespace {
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Letters added, left out, replaced or exchanged with their neighbour, whatever their case.
 std::size_t changes(std::string_view from, std::string_view to) {

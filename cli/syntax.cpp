@@ -208,9 +208,7 @@ class Grammar {
 
 }  // namespace
 
-std::optional<Remark> find_syntax_fault(std::string_view formula) {
-    return Grammar(formula).run();
-}
+std::optional<Remark> find_syntax_fault(std::string_view formula) { return Grammar(formula).run(); }
 
 // A relation without blanks is part of a name.
 std::string_view joined_relation(std::string_view name) {

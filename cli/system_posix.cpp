@@ -42,9 +42,7 @@ std::vector<std::string> program_arguments(int argc, char** argv) {
     return {argv + 1, argv + argc};
 }
 
-std::filesystem::path to_path(std::string_view name) {
-    return name;
-}
+std::filesystem::path to_path(std::string_view name) { return name; }
 
 std::FILE* open_file(const std::filesystem::path& path, const char* mode) {
     return std::fopen(path.c_str(), mode);
@@ -67,20 +65,12 @@ void remove_when_killed(const std::filesystem::path& path) {
     handle_signals();
 }
 
-bool is_input_terminal() {
-    return isatty(STDIN_FILENO) != 0;
-}
+bool is_input_terminal() { return isatty(STDIN_FILENO) != 0; }
 
-bool is_output_terminal() {
-    return isatty(STDOUT_FILENO) != 0;
-}
+bool is_output_terminal() { return isatty(STDOUT_FILENO) != 0; }
 
-bool is_error_terminal() {
-    return isatty(STDERR_FILENO) != 0;
-}
+bool is_error_terminal() { return isatty(STDERR_FILENO) != 0; }
 
-bool is_system_chinese() {
-    return false;
-}
+bool is_system_chinese() { return false; }
 
 }  // namespace morandel::cli

@@ -63,20 +63,12 @@ std::optional<std::size_t> read_some(std::FILE* file, char* bytes, std::size_t s
 
 void remove_when_killed(const std::filesystem::path& /*path*/) {}
 
-bool is_input_terminal() {
-    return is_console(STD_INPUT_HANDLE);
-}
+bool is_input_terminal() { return is_console(STD_INPUT_HANDLE); }
 
-bool is_output_terminal() {
-    return is_console(STD_OUTPUT_HANDLE);
-}
+bool is_output_terminal() { return is_console(STD_OUTPUT_HANDLE); }
 
-bool is_error_terminal() {
-    return is_console(STD_ERROR_HANDLE);
-}
+bool is_error_terminal() { return is_console(STD_ERROR_HANDLE); }
 
-bool is_system_chinese() {
-    return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CHINESE;
-}
+bool is_system_chinese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CHINESE; }
 
 }  // namespace morandel::cli

@@ -18,9 +18,7 @@ bool is_one_of(char c, std::string_view characters) {
     return c != '\0' && characters.find(c) != std::string_view::npos;
 }
 
-bool is_lead(char c) {
-    return static_cast<unsigned char>(c) >= 0xA0;
-}
+bool is_lead(char c) { return static_cast<unsigned char>(c) >= 0xA0; }
 
 std::string lower_case(std::string_view text) {
     std::string lower(text);

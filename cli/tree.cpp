@@ -128,8 +128,6 @@ class Reader {
 
 }  // namespace
 
-Tree tree_of(std::string_view formula) {
-    return Reader(formula).read();
-}
+Tree tree_of(std::string_view formula) { return Reader(formula).read(); }
 
 }  // namespace morandel::cli

@@ -246,13 +246,9 @@ bool Option::is_for(std::string_view verb) const {
     return at != std::string_view::npos && !verb.empty();
 }
 
-std::span<const Verb> verbs() {
-    return verb_table;
-}
+std::span<const Verb> verbs() { return verb_table; }
 
-std::span<const Option> options() {
-    return option_table;
-}
+std::span<const Option> options() { return option_table; }
 
 const Verb* find_verb(std::string_view name) {
     const auto* verb = std::ranges::find(verb_table, name, &Verb::name);

@@ -80,9 +80,7 @@ bool Evaluator::accept() {
     return true;
 }
 
-int Evaluator::VerifyExpression() {
-    return verify(tokens(), m_faults, m_ExpressionStatus) ? 1 : 0;
-}
+int Evaluator::VerifyExpression() { return verify(tokens(), m_faults, m_ExpressionStatus) ? 1 : 0; }
 
 TokenReader& Evaluator::tokens() {
     if (m_tokens.empty()) m_tokens.cut(m_Formula);
@@ -141,9 +139,7 @@ CExpress::CExpress()
 
 CExpress::~CExpress() = default;
 
-int CExpress::SetNumberOfPara(int n) {
-    return m_pEvaluator->parameters().set_count(n) ? 1 : 0;
-}
+int CExpress::SetNumberOfPara(int n) { return m_pEvaluator->parameters().set_count(n) ? 1 : 0; }
 
 int CExpress::SetPara(MYPARA* para, int index, bool isString) {
     morandel::Parameters& parameters = m_pEvaluator->parameters();
@@ -157,45 +153,25 @@ int CExpress::SetPara(MYPARA* para, int index, bool isString) {
     return 1;
 }
 
-int CExpress::SetExpression(const char* text) {
-    return m_pEvaluator->SetExpression(text);
-}
+int CExpress::SetExpression(const char* text) { return m_pEvaluator->SetExpression(text); }
 
-int CExpress::VerifyExpression() {
-    return m_pEvaluator->VerifyExpression();
-}
+int CExpress::VerifyExpression() { return m_pEvaluator->VerifyExpression(); }
 
-int CExpress::CalcExpression() {
-    return m_pEvaluator->CalcExpression();
-}
+int CExpress::CalcExpression() { return m_pEvaluator->CalcExpression(); }
 
-double CExpress::GetResult() {
-    return m_pEvaluator->GetResult();
-}
+double CExpress::GetResult() { return m_pEvaluator->GetResult(); }
 
-int CExpress::GetResultType() {
-    return m_pEvaluator->GetResultType();
-}
+int CExpress::GetResultType() { return m_pEvaluator->GetResultType(); }
 
-int CExpress::GetStatu() {
-    return m_Status;
-}
+int CExpress::GetStatu() { return m_Status; }
 
-int CExpress::GetExpressionStatus() {
-    return m_pEvaluator->GetExpressionStatus();
-}
+int CExpress::GetExpressionStatus() { return m_pEvaluator->GetExpressionStatus(); }
 
-int CExpress::GetErrorNumber() {
-    return m_pEvaluator->faults().m_ErrorNumber;
-}
+int CExpress::GetErrorNumber() { return m_pEvaluator->faults().m_ErrorNumber; }
 
-VariableNode* CExpress::GetVariableList() {
-    return m_pEvaluator->variables().first();
-}
+VariableNode* CExpress::GetVariableList() { return m_pEvaluator->variables().first(); }
 
-int CExpress::GetVariableNum() {
-    return m_pEvaluator->variables().count();
-}
+int CExpress::GetVariableNum() { return m_pEvaluator->variables().count(); }
 
 std::string CExpress::GetVariable(int index, int* type) {
     if (index < 1 || index > GetVariableNum()) return {};

@@ -11,9 +11,7 @@ namespace morandel {
 namespace {
 
 // Not beyond the range, and no NaN, whose sign depends on the order of operands.
-bool is_ordinary(double number) {
-    return std::abs(number) <= range_bound;
-}
+bool is_ordinary(double number) { return std::abs(number) <= range_bound; }
 
 // What no operator at hand does, by its row.
 Error compute(const Step& step, double& value, double right) {

@@ -49,9 +49,7 @@ const size_t* morandel_texts_offsets(const morandel_texts* texts) {
     return texts == nullptr ? nullptr : texts->texts.offsets.data();
 }
 
-void morandel_texts_free(morandel_texts* texts) {
-    delete texts;
-}
+void morandel_texts_free(morandel_texts* texts) { delete texts; }
 
 int morandel_formula_row_error(const morandel_formula* formula, const morandel_column* columns,
                                size_t count, size_t rows, size_t row, int wants,

@@ -137,21 +137,15 @@ int morandel_evaluate(const char* text, size_t size, const morandel_name* names,
     });
 }
 
-morandel_value morandel_number(double number) {
-    return {MORANDEL_NUMBER, number, nullptr, 0};
-}
+morandel_value morandel_number(double number) { return {MORANDEL_NUMBER, number, nullptr, 0}; }
 
 morandel_value morandel_text(const char* text, size_t size) {
     return {MORANDEL_TEXT, 0.0, text, size};
 }
 
-morandel_result* morandel_result_create() {
-    return new (std::nothrow) morandel_result;
-}
+morandel_result* morandel_result_create() { return new (std::nothrow) morandel_result; }
 
-void morandel_result_free(morandel_result* result) {
-    delete result;
-}
+void morandel_result_free(morandel_result* result) { delete result; }
 
 int morandel_result_type(const morandel_result* result) {
     return result == nullptr ? int{MORANDEL_INTEGER} : result->result.type;

@@ -4,9 +4,7 @@
 #include <morandel/language.h>
 
 // The texts of the table are literals, so they end with a NUL.
-size_t morandel_function_count() {
-    return morandel::functions().size();
-}
+size_t morandel_function_count() { return morandel::functions().size(); }
 
 int morandel_function_get(size_t index, morandel_function* function) {
     const auto rows = morandel::functions();
@@ -17,6 +15,4 @@ int morandel_function_get(size_t index, morandel_function* function) {
     return 1;
 }
 
-const char* morandel_version() {
-    return MORANDEL_VERSION;
-}
+const char* morandel_version() { return MORANDEL_VERSION; }

@@ -27,9 +27,7 @@ const morandel_error* morandel_warnings_get(const morandel_warnings* warnings, s
     return index < morandel_warnings_count(warnings) ? &warnings->warnings[index] : nullptr;
 }
 
-void morandel_warnings_free(morandel_warnings* warnings) {
-    delete warnings;
-}
+void morandel_warnings_free(morandel_warnings* warnings) { delete warnings; }
 
 int morandel_formula_check(const morandel_formula* formula, morandel_faults** faults,
                            morandel_error** error) {
@@ -54,6 +52,4 @@ int morandel_faults_get(const morandel_faults* faults, size_t index, morandel_fa
     return 1;
 }
 
-void morandel_faults_free(morandel_faults* faults) {
-    delete faults;
-}
+void morandel_faults_free(morandel_faults* faults) { delete faults; }

@@ -182,9 +182,7 @@ std::optional<Inconvertible> to_utf8(std::string_view bytes, std::string& utf8) 
     return std::nullopt;
 }
 
-bool is_ascii(std::string_view text) {
-    return count_ascii(text) == text.size();
-}
+bool is_ascii(std::string_view text) { return count_ascii(text) == text.size(); }
 
 std::string_view bytes_of(std::string_view utf8, std::string& room,
                           std::optional<Inconvertible>& problem) {

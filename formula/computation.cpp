@@ -13,9 +13,7 @@
 namespace morandel::formula {
 PendingGuard::PendingGuard() : m_kept(std::exchange(g_NumArray(), ArgumentStack<double>())) {}
 
-PendingGuard::~PendingGuard() {
-    g_NumArray() = std::move(m_kept);
-}
+PendingGuard::~PendingGuard() { g_NumArray() = std::move(m_kept); }
 
 // Where a machine runs.
 struct Computation::Room {

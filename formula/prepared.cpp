@@ -139,9 +139,7 @@ Report Prepared::report_of(const Fault& fault) const {
     return report;
 }
 
-Report Prepared::report_of_failure(const Fault& fault) const {
-    return report_of(fault);
-}
+Report Prepared::report_of_failure(const Fault& fault) const { return report_of(fault); }
 
 bool Prepared::has_all_values(std::size_t count) const {
     return count == m_names.size() &&

@@ -14,9 +14,7 @@
 namespace morandel::formula {
 namespace {
 
-Extent extent_of(const Token& token) {
-    return {token.begin, token.end};
-}
+Extent extent_of(const Token& token) { return {token.begin, token.end}; }
 
 // Calls a function with each token and the one before it, until that gives true.
 template <class Visit>

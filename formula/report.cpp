@@ -80,13 +80,9 @@ Report report_of_reason(int reason, std::string_view about) {
     return report;
 }
 
-void refuse(int reason, std::string_view about) {
-    throw Refused{report_of_reason(reason, about)};
-}
+void refuse(int reason, std::string_view about) { throw Refused{report_of_reason(reason, about)}; }
 
-void refuse_misuse(std::string_view what) {
-    refuse(MORANDEL_REASON_MISUSE, what);
-}
+void refuse_misuse(std::string_view what) { refuse(MORANDEL_REASON_MISUSE, what); }
 
 std::string_view view(const char* text, std::size_t size) {
     if (size == 0) return {};

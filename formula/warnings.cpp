@@ -21,9 +21,7 @@ int reason_of(const CheckFault& fault) {
     return fault.kind == too_many ? MORANDEL_REASON_TOO_MANY : MORANDEL_REASON_WRONG_KIND;
 }
 
-char to_lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
+char to_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool is_operator(std::string_view name) {
     static constexpr std::string_view words[] = {"and", "or", "like", "equal"};

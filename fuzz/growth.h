@@ -23,9 +23,7 @@ inline int strcats(std::string formula) {
     return calls;
 }
 
-inline bool may_grow_large(const std::string& formula) {
-    return strcats(formula) > 5;
-}
+inline bool may_grow_large(const std::string& formula) { return strcats(formula) > 5; }
 
 inline std::size_t pending_bytes(const morandel::pairs::Evaluators& pair) {
     std::size_t bytes = 0;

@@ -53,9 +53,7 @@ constexpr bool is_any(char c, int flags) {
     return (character_table[static_cast<unsigned char>(c)] & flags) != 0;
 }
 
-constexpr bool isdelim(char c) {
-    return is_any(c, delimiter | blank);
-}
+constexpr bool isdelim(char c) { return is_any(c, delimiter | blank); }
 
 inline const char* end_of_name(const char* next) {
     while (!isdelim(*next)) {

@@ -94,9 +94,7 @@ constexpr auto public_rows = [] {
 }();
 
 // Operators whose first byte begins a name are found as names are.
-constexpr bool is_word(const Operator& row) {
-    return is_any(row.text[0], name_start);
-}
+constexpr bool is_word(const Operator& row) { return is_any(row.text[0], name_start); }
 
 constexpr std::size_t word_count =
     std::size(function_table) + std::size(constant_table) +
@@ -178,9 +176,7 @@ int FunctionRow::kind_at(std::size_t commas) const {
     return all[place] == 't' ? kind_text : kind_number;
 }
 
-Table<Function> functions() {
-    return {public_rows.data(), public_rows.size()};
-}
+Table<Function> functions() { return {public_rows.data(), public_rows.size()}; }
 
 const Function* find_function(std::string_view name) {
     const Word* word = find_word(name);

@@ -66,8 +66,6 @@ inline const FunctionRow* function_of_code(char code) {
 }
 
 // What a sign or a function of one number gives: "int" alone gives an integer.
-constexpr ResultType result_type(char code) {
-    return code == 'o' ? type_integer : type_number;
-}
+constexpr ResultType result_type(char code) { return code == 'o' ? type_integer : type_number; }
 
 }  // namespace morandel

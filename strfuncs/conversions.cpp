@@ -74,9 +74,7 @@ Error r2s(Call& call) {
 }
 
 // s2r(text)
-Error s2r(Call& call) {
-    return call.give_number(text_to_number(call.value.text), type_number);
-}
+Error s2r(Call& call) { return call.give_number(text_to_number(call.value.text), type_number); }
 
 // if(condition, then, else)
 Error choose(Call& call) {

@@ -102,13 +102,9 @@ Error strsubn(Call& call) {
 }
 
 // left(text, n)
-Error left(Call& call) {
-    return end_of(call, false);
-}
+Error left(Call& call) { return end_of(call, false); }
 
 // right(text, n)
-Error right(Call& call) {
-    return end_of(call, true);
-}
+Error right(Call& call) { return end_of(call, true); }
 
 }  // namespace morandel

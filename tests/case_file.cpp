@@ -22,9 +22,7 @@ std::string_view trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
-[[noreturn]] void complain(const std::string& problem) {
-    throw std::runtime_error(problem);
-}
+[[noreturn]] void complain(const std::string& problem) { throw std::runtime_error(problem); }
 
 double read_number(std::string_view text) {
     const bool negative = text.starts_with('-');
@@ -41,9 +39,7 @@ double read_number(std::string_view text) {
     return negative ? -value : value;
 }
 
-int read_integer(std::string_view text) {
-    return static_cast<int>(read_number(text));
-}
+int read_integer(std::string_view text) { return static_cast<int>(read_number(text)); }
 
 // UTF-8 to code page 936, with {XX} for single bytes, {XX*n} for n of them.
 std::string to_bytes(std::string_view text) {
@@ -73,9 +69,7 @@ bool is_quoted(std::string_view text) {
     return text.size() >= 2 && text.front() == '"' && text.back() == '"';
 }
 
-std::string_view unquote(std::string_view text) {
-    return text.substr(1, text.size() - 2);
-}
+std::string_view unquote(std::string_view text) { return text.substr(1, text.size() - 2); }
 
 // What « and » enclose keeps its blanks.
 std::string_view unwrap(std::string_view text) {

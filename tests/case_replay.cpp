@@ -180,9 +180,7 @@ std::string check_outcome(CExpressionCheck& check, const std::string& formula) {
 
 namespace {
 
-std::string number_words(double number) {
-    return cli::number_text(number);
-}
+std::string number_words(double number) { return cli::number_text(number); }
 
 std::string error_words(const std::string& message) {
     for (const ErrorText& row : error_table()) {
@@ -241,8 +239,6 @@ bool same_number(double a, double b, bool inexact) {
     return std::llabs(std::bit_cast<std::int64_t>(a) - std::bit_cast<std::int64_t>(b)) <= 4;
 }
 
-std::vector<std::string> replay(const Block& block) {
-    return Replay(block).run();
-}
+std::vector<std::string> replay(const Block& block) { return Replay(block).run(); }
 
 }  // namespace morandel::cases

@@ -35,9 +35,7 @@ void operator delete(void* room) noexcept {
     bytes -= size;
     std::free(block);
 }
-void operator delete(void* room, std::size_t) noexcept {
-    ::operator delete(room);
-}
+void operator delete(void* room, std::size_t) noexcept { ::operator delete(room); }
 
 namespace {
 
@@ -116,8 +114,6 @@ TEST(Memory, OneFormulaNeedsLessThanAGibibyte) {
     }
 }
 
-TEST(Memory, ANewEvaluatorTakesAtMost16Kibibytes) {
-    EXPECT_LE(sizeof(CExpress), 16U * 1024);
-}
+TEST(Memory, ANewEvaluatorTakesAtMost16Kibibytes) { EXPECT_LE(sizeof(CExpress), 16U * 1024); }
 
 }  // namespace

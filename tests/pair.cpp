@@ -195,9 +195,7 @@ void Lists::assign(std::size_t to, std::size_t from) {
     seen("operator=", 0, 0);
 }
 
-void Lists::free(std::size_t list) {
-    seen("Free", m_library[list].Free(), m_model[list].Free());
-}
+void Lists::free(std::size_t list) { seen("Free", m_library[list].Free(), m_model[list].Free()); }
 
 int Lists::remove(std::size_t list, const std::string& name) {
     return seen("DeleteOneNodeByName", m_library[list].DeleteOneNodeByName(name.c_str()),

@@ -10,9 +10,7 @@ using morandel::RecordStore;
 
 namespace {
 
-const char* text_or_empty(const char* text) {
-    return text == nullptr ? "" : text;
-}
+const char* text_or_empty(const char* text) { return text == nullptr ? "" : text; }
 
 }  // namespace
 
@@ -59,13 +57,9 @@ CVariableExpress& CVariableExpress::operator=(const CVariableExpress& other) {
 
 CVariableExpress::~CVariableExpress() = default;
 
-int CVariableExpress::GetType() {
-    return m_nType;
-}
+int CVariableExpress::GetType() { return m_nType; }
 
-int CVariableExpress::SetType(int type) {
-    return m_nType = type;
-}
+int CVariableExpress::SetType(int type) { return m_nType = type; }
 
 int CVariableExpress::GetName(std::string& out) {
     out = m_strName;
@@ -78,18 +72,14 @@ int CVariableExpress::SetName(const char* name) {
     return 1;
 }
 
-double CVariableExpress::GetValue() {
-    return m_dValue;
-}
+double CVariableExpress::GetValue() { return m_dValue; }
 
 int CVariableExpress::SetValue(double value) {
     m_dValue = value;
     return 1;
 }
 
-std::string CVariableExpress::GetStrValue() {
-    return m_strValue;
-}
+std::string CVariableExpress::GetStrValue() { return m_strValue; }
 
 int CVariableExpress::SetStrValue(std::string value) {
     m_strValue = std::move(value);
@@ -166,9 +156,7 @@ std::string CVariableExpressList::FindByNameAndGetStrValue(const char* name) {
     return record == nullptr ? std::string() : record->GetStrValue();
 }
 
-CVariableExpress* CVariableExpressList::GetHead() const {
-    return m_pRecords->head();
-}
+CVariableExpress* CVariableExpressList::GetHead() const { return m_pRecords->head(); }
 
 int CVariableExpressList::GetExpressionError(int* /*a*/, int* /*b*/) {
     const CExpress temporary;

@@ -10,13 +10,9 @@ namespace {
 
 using namespace bench;
 
-double logical_and(double a, double b) {
-    return a != 0.0 && b != 0.0 ? 1.0 : 0.0;
-}
+double logical_and(double a, double b) { return a != 0.0 && b != 0.0 ? 1.0 : 0.0; }
 
-double round_down(double x) {
-    return std::floor(x);
-}
+double round_down(double x) { return std::floor(x); }
 
 // muParser keeps pointers to the variables, so the values lie beside the parser.
 struct Bound {

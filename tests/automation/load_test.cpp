@@ -13,9 +13,7 @@ namespace {
 using morandel::automation::Pointer;
 using namespace morandel::hosts;
 
-char* bytes(const std::string& text) {
-    return const_cast<char*>(text.c_str());
-}
+char* bytes(const std::string& text) { return const_cast<char*>(text.c_str()); }
 
 // Requests whose calls leave numbers for one another, all answers in a row.
 std::wstring work(int number, int rounds) {

@@ -22,9 +22,7 @@ std::wstring text_of(BSTR text) {
 }
 
 // Parameters are no constants in the interface, though nothing writes to them.
-char* bytes(const char* text) {
-    return const_cast<char*>(text);
-}
+char* bytes(const char* text) { return const_cast<char*>(text); }
 
 class Object : public testing::Test {
   protected:

@@ -30,9 +30,7 @@ class PendingNumbers : public testing::Test {
 };
 
 // Parameters are no constants in the interface, though nothing writes to them.
-char* bytes(const char* text) {
-    return const_cast<char*>(text);
-}
+char* bytes(const char* text) { return const_cast<char*>(text); }
 
 TEST_F(PendingNumbers, AreEmptiedByExpressionCheck) {
     for (const char* formula : {"1+2", "sin(\"a\")", "1+", ""}) {

@@ -16,9 +16,7 @@ constexpr double radians_per_degree = 0.017453292519943295;
 constexpr double pi = 3.141592653589793;
 constexpr double half_pi = 1.5707963267948966;
 
-double degrees(double radians) {
-    return radians * 180.0 / pi;
-}
+double degrees(double radians) { return radians * 180.0 / pi; }
 
 bool has_fraction(double value) {
     double whole = 0.0;

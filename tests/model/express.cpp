@@ -6,9 +6,7 @@
 
 namespace model {
 
-Express::Express() {
-    g_NumArray.clear();
-}
+Express::Express() { g_NumArray.clear(); }
 
 int Express::SetNumberOfPara(int n) {
     m_ParaCount = n <= max_parameters ? n : 0;

@@ -8,18 +8,12 @@
 namespace model {
 namespace {
 
-bool is_one_of(char c, const char* set) {
-    return c != '\0' && std::strchr(set, c) != nullptr;
-}
+bool is_one_of(char c, const char* set) { return c != '\0' && std::strchr(set, c) != nullptr; }
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // First byte of a character of two bytes.
-bool is_lead(char c) {
-    return static_cast<unsigned char>(c) >= 0xA0;
-}
+bool is_lead(char c) { return static_cast<unsigned char>(c) >= 0xA0; }
 
 bool starts_name(char c) {
     const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -27,9 +21,7 @@ bool starts_name(char c) {
 }
 
 // % and the relations do not end a name.
-bool ends_name(char c) {
-    return c == '\0' || is_one_of(c, "+-*/^()!,\r ");
-}
+bool ends_name(char c) { return c == '\0' || is_one_of(c, "+-*/^()!,\r "); }
 
 class Scanner {
   public:

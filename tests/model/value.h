@@ -17,9 +17,7 @@ struct Value {
 };
 
 inline constexpr double range_bound = 1.7e+308;
-inline bool in_range(double number) {
-    return !(std::abs(number) > range_bound);
-}
+inline bool in_range(double number) { return !(std::abs(number) > range_bound); }
 
 // Numbers of further arguments, 0 being the second argument.
 struct ExtraArguments {

@@ -88,9 +88,7 @@ json state_of(CExpress& e) {
             {"variables", std::move(variables)}};
 }
 
-json returned(int result) {
-    return {{"ret", result}};
-}
+json returned(int result) { return {{"ret", result}}; }
 
 json set_para(CExpress& e, const json& op) {
     MYPARA para{text_of(op, "name"), number_of(op, "value"), text_of(op, "str")};

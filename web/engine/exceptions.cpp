@@ -47,9 +47,7 @@ void give_room_back(void* room) {
     std::free(room);
 }
 
-Header& header_of(void* object) {
-    return *(static_cast<Header*>(object) - 1);
-}
+Header& header_of(void* object) { return *(static_cast<Header*>(object) - 1); }
 
 // What is behind the address that the compiler hands over for a function: how its landing pads are
 // numbered, what they do, and the types that they catch.
@@ -172,9 +170,7 @@ void* __cxa_allocate_exception(std::size_t size) {
     return static_cast<Header*>(take_room(sizeof(Header) + size)) + 1;
 }
 
-void __cxa_free_exception(void* object) {
-    give_room_back(&header_of(object));
-}
+void __cxa_free_exception(void* object) { give_room_back(&header_of(object)); }
 
 [[noreturn]] void __cxa_throw(void* object, std::type_info* type, void* (*destroy)(void*)) {
     header_of(object) = {type, destroy, nullptr, 0};
@@ -199,25 +195,19 @@ void __cxa_end_catch() {
 }
 
 // Where the C++ library would write why it ends: nobody is there to read it.
-[[noreturn]] void abort_message(const char* /*format*/, ...) {
-    __builtin_trap();
-}
+[[noreturn]] void abort_message(const char* /*format*/, ...) { __builtin_trap(); }
 
 // The one thread never ends.
 int __cxa_thread_atexit(void (* /*destroy*/)(void*), void* /*object*/, void* /*library*/) {
     return 0;
 }
 
-void* __cxa_get_exception_ptr(void* object) {
-    return object;
-}
+void* __cxa_get_exception_ptr(void* object) { return object; }
 
 }  // extern "C"
 
 // Likewise; the C++ library means it to be replaced.
-void std::__libcpp_verbose_abort(const char* /*format*/, ...) {
-    __builtin_trap();
-}
+void std::__libcpp_verbose_abort(const char* /*format*/, ...) { __builtin_trap(); }
 
 void* operator new(std::size_t size) {
     void* const room = std::malloc(size == 0 ? 1 : size);
@@ -229,10 +219,6 @@ void* operator new(std::size_t size, const std::nothrow_t& /*unused*/) noexcept 
     return std::malloc(size == 0 ? 1 : size);
 }
 
-void operator delete(void* room) noexcept {
-    std::free(room);
-}
+void operator delete(void* room) noexcept { std::free(room); }
 
-void operator delete(void* room, std::size_t /*size*/) noexcept {
-    std::free(room);
-}
+void operator delete(void* room, std::size_t /*size*/) noexcept { std::free(room); }

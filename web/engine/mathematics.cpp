@@ -14,29 +14,17 @@ double rounded(Function function, double x) {
 
 extern "C" {
 
-double sin(double x) {
-    return rounded(sinl, x);
-}
+double sin(double x) { return rounded(sinl, x); }
 
-double cos(double x) {
-    return rounded(cosl, x);
-}
+double cos(double x) { return rounded(cosl, x); }
 
-double tan(double x) {
-    return rounded(tanl, x);
-}
+double tan(double x) { return rounded(tanl, x); }
 
-double asin(double x) {
-    return rounded(asinl, x);
-}
+double asin(double x) { return rounded(asinl, x); }
 
-double acos(double x) {
-    return rounded(acosl, x);
-}
+double acos(double x) { return rounded(acosl, x); }
 
-double atan(double x) {
-    return rounded(atanl, x);
-}
+double atan(double x) { return rounded(atanl, x); }
 
 // By the natural logarithm of the mantissa, as other C libraries have it: to the same last place.
 double log10(double x) {

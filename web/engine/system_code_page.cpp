@@ -18,9 +18,7 @@ constexpr std::uint16_t characters[] = {
 #include "code_page_characters.inc"
 };
 
-unsigned byte(char c) {
-    return static_cast<unsigned char>(c);
-}
+unsigned byte(char c) { return static_cast<unsigned char>(c); }
 
 }  // namespace
 
