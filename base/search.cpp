@@ -21,19 +21,16 @@ Cut greatest_suffix(std::string_view piece, bool opposite) {
         const char a = piece[suffix + same];
         const char b = piece[candidate + same];
         if (a == b) {
-            if (++same == period) {
-                candidate += period;
-                same = 0;
-            }
+            if (++same < period) continue;
+            candidate += period;
         } else if ((a > b) != opposite) {
             candidate += same + 1;
-            same = 0;
             period = candidate - suffix;
         } else {
             suffix = candidate++;
-            same = 0;
             period = 1;
         }
+        same = 0;
     }
     return {suffix, period};
 }
@@ -87,10 +84,9 @@ std::size_t find_piece(std::string_view text, std::string_view piece, std::size_
 std::size_t count_occurrences(std::string_view piece, std::string_view text) {
     if (piece.empty()) return 0;
     std::size_t count = 0;
-    for (std::size_t at = find_piece(text, piece); at != std::string_view::npos;
-         at = find_piece(text, piece, at + piece.size())) {
+    std::size_t at = 0;
+    for (; (at = find_piece(text, piece, at)) != std::string_view::npos; at += piece.size())
         ++count;
-    }
     return count;
 }
 

@@ -3,10 +3,9 @@
 
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cmath>
-#include <cstdint>
+#include <cstddef>
 #include <functional>
 
 #include "arithmetic/operators.h"

@@ -145,11 +145,7 @@ int CExpress::SetPara(MYPARA* para, int index, bool isString) {
     morandel::Parameters& parameters = m_pEvaluator->parameters();
     if (para == nullptr || index < 1 || index > parameters.count()) return 0;
     const auto slot = static_cast<std::size_t>(index - 1);
-    if (isString) {
-        parameters.set_text(slot, para->name, para->strValue);
-    } else {
-        parameters.set_number(slot, para->name, para->value);
-    }
+    parameters.set(slot, para->name, isString, para->value, para->strValue);
     return 1;
 }
 

@@ -45,11 +45,6 @@ class OpenLists {
     std::size_t m_depth = 0;
 };
 
-bool is_text_operator(const Token& token) {
-    const Operator* row = operator_of_code(token.code);
-    return row != nullptr && row->texts != nullptr;
-}
-
 }  // namespace
 
 void FreeVariables::list(TokenReader& tokens) {
@@ -65,7 +60,8 @@ void FreeVariables::list(TokenReader& tokens) {
     tokens.get_token();
     for (int position = 0; !tokens.at(TokenClass::end); ++position) {
         const Token& token = tokens.token();
-        const bool is_text = is_text_operator(*before);
+        const Operator* row = operator_of_code(before->code);
+        const bool is_text = row != nullptr && row->texts != nullptr;
         const bool after_open = before->code == '(';
         if (is_text && m_VariableNum > 0 && before2->code != ')') first()->type = type_text;
         if (token.is(TokenClass::name)) {

@@ -57,6 +57,10 @@ class Parameters {
     }
 
     // Slots are below the count.
+    void set(std::size_t slot, const std::string& name, bool is_text, double number,
+             const std::string& text) {
+        is_text ? set_text(slot, name, text) : set_number(slot, name, number);
+    }
     void set_number(std::size_t slot, const std::string& name, double number) {
         if (!is_plain(number) || m_beyond_range > 0) return convert_number(slot, name, number);
         declare(slot, name, type_number);

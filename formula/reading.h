@@ -20,11 +20,7 @@ struct Reading {
         registers.make_room(formula.size());
         parameters.set_count(static_cast<int>(names.size()));
         for (std::size_t i = 0; i < names.size(); ++i) {
-            if (texts[i]) {
-                parameters.set_text(i, names[i], {});
-            } else {
-                parameters.set_number(i, names[i], 0.0);
-            }
+            parameters.set(i, names[i], texts[i], 0.0, {});
         }
         tokens.cut(formula.c_str());
     }

@@ -2,7 +2,6 @@
 
 #include <morandel/number_to_text.h>
 
-#include <algorithm>
 #include <cmath>
 #include <string_view>
 

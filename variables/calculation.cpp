@@ -27,7 +27,10 @@ class Calculation {
         while (!m_waiting.empty()) {
             const int settled = m_settled;
             const Evaluator::Memory memory = m_evaluator.memory();
-            if (!run_round()) return false;
+            if (!run_round()) {
+                m_error = m_message;
+                return false;
+            }
             // Where a round has settled nothing and has left nothing behind that could make a
             // difference, all that follow are the same.
             if (m_settled == settled && m_evaluator.memory() == memory) {
@@ -81,7 +84,7 @@ class Calculation {
         for (std::size_t i = 0; i < m_waiting.size(); ++i) {
             const int settled = m_settled;
             if (!would_fail_again(m_waiting[i]) && !attempt(m_waiting[i])) return false;
-            if (--m_attempts_left < 0) return fail();
+            if (--m_attempts_left < 0) return false;
             if (m_settled != settled) continue;
             if (kept != i) m_waiting[kept] = std::move(m_waiting[i]);
             ++kept;
@@ -115,7 +118,7 @@ class Calculation {
         }
         const std::string& formula = RecordStore::formula_of(record);
         show_stored_to(formula);
-        if (m_evaluator.SetExpression(formula.c_str()) == 0) return fail();
+        if (m_evaluator.SetExpression(formula.c_str()) == 0) return false;
         if (m_evaluator.CalcExpression() != 0) {
             store_result(record);
         } else if (const Program& program = m_evaluator.program();
@@ -149,12 +152,8 @@ class Calculation {
                        const std::string& text) {
         Parameters& parameters = m_evaluator.parameters();
         if (slot >= parameters.count()) return;
-        const std::string& name = RecordStore::name_of(record);
-        if (is_string) {
-            parameters.set_text(static_cast<std::size_t>(slot), name, text);
-        } else {
-            parameters.set_number(static_cast<std::size_t>(slot), name, number);
-        }
+        parameters.set(static_cast<std::size_t>(slot), RecordStore::name_of(record), is_string,
+                       number, text);
     }
 
     void store_result(CVariableExpress& record) {
@@ -169,11 +168,6 @@ class Calculation {
         // Deliberate: as a number even where the result is a text; later formulas see the number
         // that was handed on last.
         settle(record, false);
-    }
-
-    bool fail() {
-        m_error = m_message;
-        return false;
     }
 
     RecordStore& m_records;
