@@ -52,13 +52,15 @@ class WellFormedText {
         const std::uint8_t rank = m_token.level < Level::power
                                       ? std::uint8_t{0}
                                       : operator_index[static_cast<unsigned char>(m_token.code)];
-        if (m_token.level == Level::factorial || (rank != 0 && rank < m_rank)) refuse();
+        if (m_token.level == Level::factorial || (rank != 0 && rank < m_rank)) [[unlikely]]
+            refuse();
         m_rank = rank;
         get_token();
     }
 
     std::uint8_t open() {
-        if (++m_depth > deepest) refuse();
+        if (++m_depth > deepest) [[unlikely]]
+            refuse();
         return std::exchange(m_rank, std::uint8_t{0});
     }
     void close(std::uint8_t outer) {
