@@ -45,8 +45,7 @@ void MUL_Atith(char code, Value& left, const Value& right) {
 
 ExtraArguments numbers_of(const FurtherArguments& further, const double* numbers) {
     ExtraArguments extra;
-    std::ranges::transform(further.values, extra.values,
-                           [numbers](Register place) { return numbers[place]; });
+    std::ranges::transform(further.values, extra.values, [=](Register at) { return numbers[at]; });
     return extra;
 }
 
