@@ -225,7 +225,6 @@ std::vector<Extent> Recording::short_calls() const {
             if (places.empty()) places = places_of_steps();
             calls.push_back(places[i]);
         }
-        if (step.code == 'h') ++numbers;  // leaves one where there is none
     }
     return calls;
 }

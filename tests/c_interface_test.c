@@ -281,7 +281,7 @@ static void test_misuse(void) {
     EXPECT(morandel_formula_columns(formula, &column, (size_t)-1, 1, &number, NULL, NULL) == 0);
     EXPECT(morandel_formula_text_columns(formula, &column, 1, 1, NULL, NULL, NULL) == 0);
     column.type = MORANDEL_TEXT;
-    column.size = 2;
+    column.size = 1;
     EXPECT(morandel_formula_columns(formula, &column, 1, 1, &number, NULL, NULL) == 0);
     EXPECT(morandel_formula_warnings(formula, NULL, NULL) == 0);
     EXPECT(morandel_formula_check(NULL, NULL, NULL) == 0);

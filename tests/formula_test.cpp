@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <utility>
@@ -135,6 +136,9 @@ TEST(Formula, ItsNamesAreAllThatItUses) {
     EXPECT_EQ(names[2].kind, Kind::text);
     EXPECT_TRUE(f.free_names().empty());
     EXPECT_EQ(f("abcd", 2, "bc").number(), 1.0);
+    EXPECT_EQ(Formula("strlen(s)", {"s"}).names()[0].kind, Kind::text);
+    EXPECT_EQ(Formula("strlen(s)", {{"s", Kind::number}}).names()[0].kind, Kind::number);
+    EXPECT_EQ(Formula("1", {"s"}).names()[0].kind, Kind::number) << "nothing says what it is";
 }
 
 TEST(Formula, FreeNamesAreTold) {
@@ -147,6 +151,7 @@ TEST(Formula, FreeNamesAreTold) {
     EXPECT_EQ(names[2].text, "价");
     EXPECT_EQ(failure([&] { f(1); }), "-1/10 @7/7+1/1");
     EXPECT_EQ(failure([] { Formula("1+价", std::vector<Name>())(); }), "-1/10 @2/2+3/1");
+    EXPECT_EQ(failure([] { Formula("\"b\"+a+b", {"a"})(1); }), "-1/10 @6/6+1/1");
     const Formula open("1+b", {"a"}, MORANDEL_ALLOW_FREE_NAMES);
     EXPECT_EQ(failure([&] { open(1); }), "0/0 @2/2+1/1");
 }
@@ -309,6 +314,10 @@ constexpr Told warnings[] = {
     {"left(strcase(\"abcd\", 0), 2)", ""},
     {"RIGHT(\"abcd\",2)", "-1/25 @0/0+5/5"},
     {"left(if(1,2,3), 2)", "-1/22 @0/0+4/4"},
+    {"strlen(\"a\")+left(\"abcd\", 2)", "-1/25 @12/12+4/4"},
+    {"if(1)+left(\"abcd\", 2)", "-1/23 @0/0+2/2, -1/25 @6/6+4/4"},
+    {"if(1, 2)+left(\"abcd\", 2)", "-1/23 @0/0+2/2"},
+    {"strlen(r2s(1))+left(\"abcd\", 2)", "-1/25 @15/15+4/4"},
     {"strsub(\"abc\", 2)", "-1/25 @0/0+6/6"},
     {"strsub(\"abc\")", "-1/23 @0/0+6/6"},
     {"sqrt(\"梨\")+1", "-1/22 @0/0+4/4"},
@@ -334,6 +343,67 @@ TEST(Formula, WarnsOfWhatIsRarelyMeant) {
     ASSERT_EQ(notices.size(), 1U);
     EXPECT_EQ(notices[0].english(), "sqrt: operand 1 must be a number");
     EXPECT_EQ(notices[0].message(), "sqrt 的第 1 个操作数应为数值");
+}
+
+struct Said {
+    const char* formula;
+    const char* english;
+    const char* message;
+};
+
+constexpr Said refusals_said[] = {
+    {"", "the formula is empty", "公式为空"},
+    {" ;1", "a formula cannot begin with ';'", "公式不能以“;”开头"},
+    {"丂1", "a formula cannot begin with '丂'", "公式不能以“丂”开头"},
+    {"\"苹果", "a text has no closing quote", "字符串缺少右引号"},
+    {"1+\"梨😀\"", "code page 936 has no character '😀'", "代码页 936 没有字符“😀”"},
+    {"1+\xFF", "byte 0xFF is not UTF-8", "字节 0xFF 不是 UTF-8"},
+    {"\x0A\xE6\x9E", "byte 0xE6 is not UTF-8", "字节 0xE6 不是 UTF-8"},
+    {"1+价", "the name '价' has no value", "名称“价”没有值"},
+    {"strsub(\"苹果\", 1, 1)", "byte 0xC6 is no whole character of code page 936",
+     "字节 0xC6 不是代码页 936 的完整字符"},
+    {"2^", "an operand is missing after ^", "'^'后缺少表达式"},
+};
+
+TEST(Formula, SaysWhyInTwoLanguages) {
+    for (const Said& said : refusals_said) {
+        try {
+            const Formula f(said.formula, std::vector<Name>());
+            f();
+            ADD_FAILURE() << said.formula;
+        } catch (const Error& error) {
+            EXPECT_EQ(error.english(), said.english) << said.formula;
+            EXPECT_EQ(error.message(), said.message) << said.formula;
+        }
+    }
+}
+
+constexpr Said warnings_said[] = {
+    {"1;2", "';' starts nothing; the text from there on is not read",
+     "“;”不能开始任何符号, 其后的内容不被读取"},
+    {"1丂梨", "'丂' starts nothing; the text from there on is not read",
+     "“丂”不能开始任何符号, 其后的内容不被读取"},
+    {"1,000", "the computation ends at ','; the text from there on does not count",
+     "计算在“,”处结束, 其后的内容不参与计算"},
+    {"1 like \"b\"", "like: operand 1 must be a text", "like 的第 1 个操作数应为字符串"},
+    {"\"a\"*2", "*: operand 1 must be a number", "* 的第 1 个操作数应为数值"},
+    {"2*\"a\"", "*: operand 2 must be a number", "* 的第 2 个操作数应为数值"},
+    {"StrTrim(1, \"a\")", "StrTrim: operand 1 must be a text", "StrTrim 的第 1 个操作数应为字符串"},
+    {"strtrims(1)", "strtrims: operand 1 must be a text", "strtrims 的第 1 个操作数应为字符串"},
+    {"R2S(\"a\")", "R2S: operand 1 must be a number", "R2S 的第 1 个操作数应为数值"},
+    {"mod(1)", "mod: too few arguments", "mod 的参数太少"},
+    {"preci(1, 2, 3)", "preci: too many arguments", "preci 的参数太多"},
+    {"LEFT(\"abcd\", 2)", "LEFT: its arguments cannot suffice", "LEFT 的参数不可能足够"},
+    {"1+right(\"ab\", 1)", "right: its arguments cannot suffice", "right 的参数不可能足够"},
+};
+
+TEST(Formula, SaysWhatIsRarelyMeantInTwoLanguages) {
+    for (const Said& said : warnings_said) {
+        const auto notices = Formula(said.formula, std::vector<Name>()).warnings();
+        ASSERT_EQ(notices.size(), 1U) << said.formula;
+        EXPECT_EQ(notices[0].english(), said.english) << said.formula;
+        EXPECT_EQ(notices[0].message(), said.message) << said.formula;
+    }
 }
 
 TEST(Formula, ListsTheCheckersFaults) {
@@ -389,6 +459,24 @@ TEST(Formula, ColumnsComeInTheLayoutsThatToolsShare) {
     EXPECT_EQ(results, wanted);
     (void)f.columns({Column(bytes.data(), wide.data(), 3), numbers, 10.0}, results);
     EXPECT_EQ(results, wanted);
+}
+
+// Numbers between others, as in records without gaps.
+TEST(Formula, ColumnsOfNumbersNeedNotBeAligned) {
+    const Formula f("n*2", {"n"});
+    for (const std::size_t begin : {0, 4, 8}) {
+        for (const std::size_t stride : {8, 12, 16}) {
+            alignas(double) char records[64]{};
+            for (std::size_t row = 0; row < 3; ++row) {
+                const double number = 1.5 + static_cast<double>(row);
+                std::memcpy(records + begin + row * stride, &number, sizeof number);
+            }
+            const auto* numbers = reinterpret_cast<const double*>(records + begin);
+            std::vector<double> results;
+            (void)f.columns({Column(numbers, 3, stride)}, results);
+            EXPECT_EQ(results, (std::vector<double>{3.0, 5.0, 7.0})) << begin << ' ' << stride;
+        }
+    }
 }
 
 TEST(Formula, ColumnsTellWhatBecomesOfEachRow) {
