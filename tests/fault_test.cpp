@@ -320,6 +320,26 @@ TEST(Fault, PreparedFormulas) {
               20);
 }
 
+TEST(Fault, ACallWithoutMemorySaysSo) {
+    morandel_formula* formula = nullptr;
+    morandel_error* error = nullptr;
+    left_to_fail = 1;
+    fails_on = true;
+    const int made =
+        morandel_formula_prepare("a longer formula", 16, nullptr, 0, 0, &formula, &error);
+    left_to_fail = -1;
+    EXPECT_EQ(made, 0);
+    EXPECT_EQ(formula, nullptr);
+    ASSERT_NE(error, nullptr);
+    EXPECT_EQ(morandel_error_number(error), -1);
+    EXPECT_EQ(morandel_error_reason(error), MORANDEL_REASON_NO_MEMORY);
+    EXPECT_EQ(morandel_error_value(error), -1);
+    EXPECT_EQ(morandel_error_position(error, nullptr), 0);
+    EXPECT_STREQ(morandel_error_english(error, nullptr), "out of memory");
+    EXPECT_STREQ(morandel_error_message(error, nullptr), "内存不足");
+    morandel_error_free(error);
+}
+
 TEST(Fault, PreparedFormulasThatFail) {
     for (const char* formula :
          {"1/0+\"苹果\"", "1+\"苹果", "苹果+1", "\"😀\"", "strsub(\"苹果\", 1, 1)", "5!+"}) {

@@ -314,6 +314,7 @@ constexpr Told warnings[] = {
     {"left(strcase(\"abcd\", 0), 2)", ""},
     {"RIGHT(\"abcd\",2)", "-1/25 @0/0+5/5"},
     {"left(if(1,2,3), 2)", "-1/22 @0/0+4/4"},
+    {"left(if(1,2,3), 2)+left(\"abcd\", 2)", "-1/22 @0/0+4/4"},
     {"strlen(\"a\")+left(\"abcd\", 2)", "-1/25 @12/12+4/4"},
     {"if(1)+left(\"abcd\", 2)", "-1/23 @0/0+2/2, -1/25 @6/6+4/4"},
     {"if(1, 2)+left(\"abcd\", 2)", "-1/23 @0/0+2/2"},
@@ -339,6 +340,12 @@ TEST(Formula, WarnsOfWhatIsRarelyMeant) {
     EXPECT_EQ(warnings_of("strlen(n)", {{"n", Kind::number}}), "-1/22 @0/0+6/6");
     EXPECT_EQ(warnings_of("strlen(n)", {{"n", Kind::text}}), "");
     EXPECT_EQ(warnings_of("strlen(n)", {"n"}), "");
+    EXPECT_EQ(warnings_of("strsub(s, n)", {{"s", Kind::text}, {"n", Kind::number}}),
+              "-1/25 @0/0+6/6");
+    EXPECT_EQ(warnings_of("strsub(s, n, n)", {{"s", Kind::text}, {"n", Kind::number}}), "");
+    EXPECT_EQ(warnings_of("strsub(s, s, n)", {{"s", Kind::text}, {"n", Kind::number}}),
+              "-1/25 @0/0+6/6");
+    EXPECT_EQ(warnings_of("strsub(s, \"a\", 2)", {{"s", Kind::text}}), "-1/22 @0/0+6/6");
     const auto notices = Formula("sqrt(\"a\")").warnings();
     ASSERT_EQ(notices.size(), 1U);
     EXPECT_EQ(notices[0].english(), "sqrt: operand 1 must be a number");
