@@ -260,6 +260,9 @@ static void test_misuse(void) {
     EXPECT(morandel_formula_compute(NULL, &value, 1, result, NULL) == 0);
     EXPECT(morandel_formula_compute(formula, NULL, 1, result, NULL) == 0);
     EXPECT(morandel_formula_compute(formula, &value, 1, NULL, NULL) == 0);
+    EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 1);
+    EXPECT(morandel_formula_compute(formula, &value, 0, result, NULL) == 0);
+    EXPECT(morandel_result_number(result) == 0.0);
     value.type = 9;
     EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
     value = morandel_text(NULL, 1);
@@ -285,6 +288,33 @@ static void test_misuse(void) {
     EXPECT(morandel_formula_columns(formula, &column, 1, 1, &number, NULL, NULL) == 0);
     EXPECT(morandel_formula_warnings(formula, NULL, NULL) == 0);
     EXPECT(morandel_formula_check(NULL, NULL, NULL) == 0);
+    morandel_formula_free(formula);
+    morandel_result_free(result);
+}
+
+/* Where nobody asks why, what fails gives nothing too. */
+static void test_failures(void) {
+    morandel_result* result = morandel_result_create();
+    morandel_formula* formula = prepared("1/a");
+    morandel_value value = morandel_number(0.0);
+    size_t size = 0;
+
+    EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
+    EXPECT(morandel_result_number(result) == 0.0);
+    value = morandel_number(4.0);
+    EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 1);
+    EXPECT(morandel_result_number(result) == 0.25);
+    morandel_formula_free(formula);
+
+    formula = prepared("strsub(s, 1, 1)");
+    value = morandel_text("\xFF", 1);
+    EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
+    value = morandel_text(apple, MORANDEL_TERMINATED);
+    EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
+    EXPECT_TEXT(morandel_result_text(result, &size), "");
+    value = morandel_text("ab", 2);
+    EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 1);
+    EXPECT_TEXT(morandel_result_text(result, &size), "a");
     morandel_formula_free(formula);
     morandel_result_free(result);
 }
@@ -343,6 +373,7 @@ int main(void) {
     test_errors();
     test_columns();
     test_misuse();
+    test_failures();
     test_nothing();
     test_language();
     return problems == 0 ? 0 : 1;
