@@ -2,7 +2,6 @@
 // means.
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -10,6 +9,7 @@
 #include <morandel/checker.h>
 
 #include "formula/prepared.h"
+#include "language/operators.h"
 
 namespace morandel::formula {
 namespace {
@@ -24,9 +24,7 @@ int reason_of(const CheckFault& fault) {
 char to_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool is_operator(std::string_view name) {
-    static constexpr std::string_view words[] = {"and", "or", "like", "equal"};
-    const bool is_word = name[0] >= 'A' && name[0] <= 'z' && name[0] != '^';
-    return !is_word || std::ranges::find(words, name) != std::end(words);
+    return std::ranges::find(operator_table, name, &Operator::text) != std::end(operator_table);
 }
 
 // Whatever their case; and what the checker calls otherwise than formulas do.
