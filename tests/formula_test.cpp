@@ -488,6 +488,12 @@ TEST(Formula, ColumnsOfNumbersNeedNotBeAligned) {
     }
 }
 
+TEST(Formula, ASingleNumberIsSeenWith20Decimals) {
+    std::vector<double> results;
+    (void)Formula("n*10^30+m", {"n", "m"}).columns({1e-25, std::vector<double>{1.0, 2.0}}, results);
+    EXPECT_EQ(results, (std::vector<double>{1.0, 2.0}));
+}
+
 TEST(Formula, ColumnsTellWhatBecomesOfEachRow) {
     const std::vector<std::string> names{"苹果", "😀", "梨"};
     const Formula f("strsub(s, 1, n)", {"s", "n"});

@@ -8,8 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iostream>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -68,6 +67,20 @@ std::string escaped(const std::string& text) {
     return result;
 }
 
+// Not streams, which some C++ libraries come without.
+struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, Close>;
+
+// False at the end of the file.
+bool read_line(std::FILE* file, std::string& line) {
+    line.clear();
+    int c = 0;
+    while ((c = std::fgetc(file)) != EOF && c != '\n') line += static_cast<char>(c);
+    return c != EOF || !line.empty();
+}
+
 // All that a host sees of a formula, evaluated twice and checked.
 std::string outcome(const std::string& formula) {
     CExpress evaluator;
@@ -108,15 +121,14 @@ int main(int argument_count, char** arguments) {
         std::fputs("usage: digest FORMULAS [COUNT [OUTCOMES]]\n", stderr);
         return 2;
     }
-    std::ifstream file(arguments[1], std::ios::binary);
-    if (!file) {
+    const File file(std::fopen(arguments[1], "rb"));
+    if (file == nullptr) {
         std::fprintf(stderr, "digest: %s cannot be read\n", arguments[1]);
         return 2;
     }
     const unsigned long count =
         argument_count > 2 ? std::strtoul(arguments[2], nullptr, 10) : 1'000'000;
-    std::ofstream outcomes;
-    if (argument_count > 3) outcomes.open(arguments[3], std::ios::binary);
+    const File outcomes(argument_count > 3 ? std::fopen(arguments[3], "wb") : nullptr);
 
     Digest texts;
     Digest exact;
@@ -125,10 +137,12 @@ int main(int argument_count, char** arguments) {
         const std::string line = outcome(formula);
         texts.add(formula);
         (is_transcendental(formula) ? transcendental : exact).add(line);
-        if (outcomes.is_open()) outcomes << escaped(formula) << '\t' << escaped(line) << '\n';
+        if (outcomes == nullptr) return;
+        const std::string record = escaped(formula) + '\t' + escaped(line) + '\n';
+        std::fwrite(record.data(), 1, record.size(), outcomes.get());
     };
     std::string formula;
-    while (std::getline(file, formula)) compute(formula);
+    while (read_line(file.get(), formula)) compute(formula);
     morandel::tests::RandomFormulas random(1);
     for (unsigned long i = 0; i < count; ++i) compute(random.formula());
     texts.print("formulas");
