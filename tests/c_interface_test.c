@@ -118,6 +118,9 @@ static void test_formulas(void) {
     values[0] = morandel_text("abc", 3);
     EXPECT(morandel_evaluate("strlen(a)", 9, names, values, 1, result, &error) == 1);
     EXPECT(morandel_result_number(result) == 3.0);
+    EXPECT(morandel_evaluate("if(0, b, a)", 11, names, values, 1, result, &error) == 0);
+    EXPECT(morandel_error_reason(error) == MORANDEL_REASON_FREE_NAME);
+    morandel_error_free(error);
     EXPECT(morandel_formula_prepare(apple_936, MORANDEL_TERMINATED, NULL, 0, MORANDEL_CODE_PAGE_936,
                                     &formula, NULL) == 1);
     EXPECT(morandel_formula_name(formula, 0, &found) == 1);
