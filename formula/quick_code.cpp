@@ -124,10 +124,9 @@ class Lowering {
             {Source::name, Source::constant, Form::name_constant},
             {Source::constant, Source::name, Form::constant_name},
         };
-        for (const Row& row : rows) {
-            if (row.left == left && row.right == right) return row.form;
-        }
-        return std::nullopt;
+        const auto* row = std::ranges::find_if(
+            rows, [=](const Row& form) { return form.left == left && form.right == right; });
+        return row == std::end(rows) ? std::nullopt : std::optional(row->form);
     }
 
     // Two steps as one instruction, where the one before works on what is given alone.

@@ -39,14 +39,10 @@ bool names_alike(std::string_view token, std::string_view name) {
 
 // The kind that the fault's operand should have, as a type.
 int wanted_type(const CheckexpressionError& fault) {
-    switch (expected_kind(fault.strName, fault.nIndex)) {
-        case CExpressionCheck::kind_number:
-            return MORANDEL_NUMBER;
-        case CExpressionCheck::kind_text:
-            return MORANDEL_TEXT;
-        default:
-            return MORANDEL_DEDUCED;
-    }
+    const int kind = expected_kind(fault.strName, fault.nIndex);
+    return kind == CExpressionCheck::kind_text     ? MORANDEL_TEXT
+           : kind == CExpressionCheck::kind_number ? MORANDEL_NUMBER
+                                                   : MORANDEL_DEDUCED;
 }
 
 // What is said of an operand of the wrong kind, of a function or operator as the formula has it.

@@ -141,6 +141,20 @@ TEST(Formula, ItsNamesAreAllThatItUses) {
     EXPECT_EQ(Formula("1", {"s"}).names()[0].kind, Kind::number) << "nothing says what it is";
 }
 
+TEST(Formula, HasAtMostFiftyNames) {
+    std::vector<Name> names;
+    std::string sum = "0";
+    for (int i = 0; i < 50; ++i) {
+        names.emplace_back("n" + std::to_string(i));
+        sum += "+n" + std::to_string(i);
+    }
+    EXPECT_EQ(Formula("1", names).names().size(), 50U);
+    EXPECT_EQ(Formula(sum).names().size(), 50U);
+    EXPECT_EQ(failure([&] { const Formula more(sum + "+more"); }), "-1/9");
+    names.emplace_back("more");
+    EXPECT_EQ(failure([&] { const Formula more("1", names); }), "-1/9");
+}
+
 TEST(Formula, FreeNamesAreTold) {
     const Formula f("strsub(s, n) + 价*a", {"a"});
     const std::vector<Name> names = f.free_names();
