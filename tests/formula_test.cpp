@@ -81,6 +81,19 @@ TEST(Formula, InsideAreBytesOfTheCodePage) {
     EXPECT_EQ(evaluate("单价*2", {{"单价", 4}}).number(), 8.0);
 }
 
+// However far from the beginning they stand, and in one byte where that is their code.
+TEST(Formula, CharactersAreFoundAnywhere) {
+    const Formula size("strlen(s)", {{"s", Kind::text}});
+    for (std::size_t before = 0; before < 80; ++before) {
+        for (const char* last : {"", "b", "0123456789"}) {
+            const std::string text = std::string(before, 'a') + "苹€" + last;
+            const double wanted = static_cast<double>(text.size()) - 3.0;
+            EXPECT_EQ(size(text).number(), wanted) << before << last;
+            EXPECT_EQ(Formula("s", {{"s", Kind::text}})(text).text(), text) << before << last;
+        }
+    }
+}
+
 TEST(Formula, NumbersAreSeenWith20Decimals) {
     const Formula f("x*1", {"x"});
     for (const double number : {1e-21, 0.1, -1e-5, 1e300, 0.0}) {
