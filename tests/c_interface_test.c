@@ -241,6 +241,7 @@ static void test_misuse(void) {
     morandel_error* error = NULL;
     morandel_value value = morandel_number(1.0);
     morandel_column column;
+    morandel_texts* texts = NULL;
     morandel_position position;
     morandel_name found;
     double number = 0.0;
@@ -252,6 +253,11 @@ static void test_misuse(void) {
     EXPECT(formula == NULL);
     EXPECT(morandel_formula_prepare(NULL, 0, NULL, 0, 0, &formula, &error) == 0);
     EXPECT(morandel_error_reason(error) == MORANDEL_REASON_EMPTY);
+    morandel_error_free(error);
+    EXPECT(morandel_formula_prepare("1+", 2, NULL, 0, 0, &formula, &error) == 0);
+    EXPECT(morandel_error_position(error, NULL) == 0);
+    EXPECT(morandel_error_position(error, &position) == 1 && position.byte == 2);
+    EXPECT(morandel_error_position(NULL, &position) == 0);
     morandel_error_free(error);
     EXPECT(morandel_formula_prepare("1", 1, NULL, 0, 64, &formula, NULL) == 0);
     EXPECT(morandel_formula_prepare("1", 1, NULL, 0, 0, NULL, NULL) == 0);
@@ -282,6 +288,9 @@ static void test_misuse(void) {
     EXPECT(morandel_formula_columns(formula, &column, 1, 1, &number, NULL, NULL) == 0);
     EXPECT(morandel_formula_columns(NULL, &column, 1, 1, &number, NULL, NULL) == 0);
     EXPECT(morandel_formula_columns(formula, &column, 1, 0, NULL, NULL, NULL) == 1);
+    EXPECT(morandel_formula_text_columns(formula, &column, 1, 0, &texts, NULL, NULL) == 1);
+    EXPECT(morandel_texts_offsets(texts)[0] == 0);
+    morandel_texts_free(texts);
     column.numbers = &number;
     EXPECT(morandel_formula_columns(formula, &column, 1, 1, NULL, NULL, NULL) == 0);
     EXPECT(morandel_formula_columns(formula, &column, (size_t)-1, 1, &number, NULL, NULL) == 0);
@@ -291,6 +300,10 @@ static void test_misuse(void) {
     EXPECT(morandel_formula_columns(formula, &column, 1, 1, &number, NULL, NULL) == 0);
     EXPECT(morandel_formula_warnings(formula, NULL, NULL) == 0);
     EXPECT(morandel_formula_check(NULL, NULL, NULL) == 0);
+    morandel_formula_free(formula);
+    formula = prepared("a+1");
+    EXPECT(morandel_formula_compute_numbers(formula, NULL, 1, &number) == 0);
+    EXPECT(morandel_formula_compute_numbers(formula, &number, 1, NULL) == 0);
     morandel_formula_free(formula);
     morandel_result_free(result);
 }

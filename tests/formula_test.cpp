@@ -85,7 +85,8 @@ TEST(Formula, InsideAreBytesOfTheCodePage) {
 TEST(Formula, CharactersAreFoundAnywhere) {
     const Formula size("strlen(s)", {{"s", Kind::text}});
     for (std::size_t before = 0; before < 80; ++before) {
-        for (const char* last : {"", "b", "0123456789"}) {
+        for (const char* last :
+             {"", "b", "0123456789", "0123456789012345678901234567890123456789"}) {
             const std::string text = std::string(before, 'a') + "苹€" + last;
             const double wanted = static_cast<double>(text.size()) - 3.0;
             EXPECT_EQ(size(text).number(), wanted) << before << last;
