@@ -39,7 +39,7 @@ struct FurtherArguments {
 
 struct Program {
     std::vector<Step> steps;
-    std::vector<FurtherArguments> further_arguments{};  // of each call that reads them
+    std::vector<FurtherArguments> further_arguments{};  // of each call that has or reads any
     Register result = Registers::nothing;
 
     // Whether numbers are all that it reads and gives, and pending values nothing to it.
