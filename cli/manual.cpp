@@ -36,6 +36,14 @@ std::string item(std::string_view name, std::string_view text) {
     return ".TP\n\\fB" + roff(name) + "\\fR\n" + roff(text) + '\n';
 }
 
+std::string item(const Option& option) {
+    std::string name;
+    if (!option.short_name.empty()) name.append(option.short_name).append(", ");
+    name.append(option.name);
+    if (!option.value.empty()) name.append(" ").append(option.shown_value().shown());
+    return item(name, option.help.shown());
+}
+
 std::string verb_part(const Verb& verb) {
     std::string part = ".SS " + std::string(verb.name) + "\n.B morandel " + std::string(verb.name) +
                        "\\fR " + roff(verb.operands.shown()) + "\n.PP\n" +
@@ -46,10 +54,7 @@ std::string verb_part(const Verb& verb) {
     if (!verb.details.english.empty()) part += roff(verb.details.shown()) + '\n';
     for (const Option& option : options()) {
         if (option.verbs.empty() || !option.is_for(verb.name)) continue;
-        std::string name(option.name);
-        if (!option.short_name.empty()) name = std::string(option.short_name) + ", " + name;
-        if (!option.value.empty()) name.append(" ").append(option.shown_value().shown());
-        part += item(name, option.help.shown());
+        part += item(option);
     }
     return part + ".PP\n.EX\n" + roff(verb.example) + "\n.EE\n";
 }
@@ -80,10 +85,7 @@ std::string manual_page() {
     page += heading(say("OPTIONS"));
     for (const Option& option : options()) {
         if (!option.verbs.empty()) continue;
-        std::string name(option.name);
-        if (!option.short_name.empty()) name = std::string(option.short_name) + ", " + name;
-        if (!option.value.empty()) name.append(" ").append(option.shown_value().shown());
-        page += item(name, option.help.shown());
+        page += item(option);
     }
     page += heading(say("FUNCTIONS"));
     for (const Function& function : functions()) {

@@ -75,6 +75,7 @@ bool Session::run_command(std::string_view line) {
     const auto command = std::ranges::find(all, name, &Command::name);
     if (command == all.end()) {
         std::vector<std::string> names;
+        names.reserve(all.size());
         for (const Command& known : all) names.emplace_back(known.name);
         const std::string close = closest(name, names);
         if (close.empty()) return fail(say("no command ':{0}'; :help lists them", name));
