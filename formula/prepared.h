@@ -104,6 +104,8 @@ class Prepared {
     [[nodiscard]] std::string about(const Fault& fault) const;
     [[nodiscard]] Report report_of(const Fault& fault) const;
     Extent place_of(const std::string& name, std::size_t end, bool& is_own) const;
+    void add_warnings_of_computing(const std::vector<CheckFault>& faults,
+                                   std::vector<Report>& reports) const;
     bool compute(std::span<const morandel_value> values, Result& result, bool tells_why) const;
 
     QuickCode m_quick_code;

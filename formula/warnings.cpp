@@ -93,6 +93,25 @@ std::vector<CheckFault> Prepared::check() const {
     return faults;
 }
 
+// As though each name had a value: without one, the computation ends there.
+void Prepared::add_warnings_of_computing(const std::vector<CheckFault>& faults,
+                                         std::vector<Report>& reports) const {
+    std::vector<std::string> names = m_inside;
+    for (const FreeName& name : m_recording->free_names()) names.push_back(name.name);
+    if (names.size() > most_names) return;
+    const Recording recording(m_formula, names, m_texts);
+    for (const Extent call : recording.short_calls()) {
+        const auto is_told = [call](const CheckFault& f) { return f.where.begin == call.begin; };
+        if (std::ranges::any_of(faults, is_told)) continue;
+        reports.push_back(report_of({-1, MORANDEL_REASON_CANNOT_SUFFICE, call}));
+    }
+    if (const auto& ignored = recording.ignored()) {
+        const int reason =
+            ignored->starts_token ? MORANDEL_REASON_NOT_COMPUTED : MORANDEL_REASON_NOT_READ;
+        reports.push_back(report_of({-1, reason, ignored->where}));
+    }
+}
+
 std::vector<Report> Prepared::warnings() const {
     std::vector<Report> reports;
     const std::vector<CheckFault> faults = check();
@@ -104,24 +123,7 @@ std::vector<Report> Prepared::warnings() const {
         if (report.reason != MORANDEL_REASON_WRONG_KIND) continue;
         say_wrong_kind(report, fault, about({-1, report.reason, fault.where}));
     }
-    // As though each name had a value: without one, the computation ends there.
-    std::vector<std::string> names = m_inside;
-    for (const FreeName& name : m_recording->free_names()) names.push_back(name.name);
-    std::optional<Recording> whole;
-    if (names.size() > m_inside.size() && names.size() <= most_names) {
-        whole.emplace(m_formula, names, m_texts);
-    }
-    const Recording& recording = whole ? *whole : *m_recording;
-    for (const Extent call : recording.short_calls()) {
-        const auto is_told = [call](const CheckFault& f) { return f.where.begin == call.begin; };
-        if (std::ranges::any_of(faults, is_told)) continue;
-        reports.push_back(report_of({-1, MORANDEL_REASON_CANNOT_SUFFICE, call}));
-    }
-    if (const auto& ignored = recording.ignored()) {
-        const int reason =
-            ignored->starts_token ? MORANDEL_REASON_NOT_COMPUTED : MORANDEL_REASON_NOT_READ;
-        reports.push_back(report_of({-1, reason, ignored->where}));
-    }
+    add_warnings_of_computing(faults, reports);
     std::ranges::sort(reports, {},
                       [](const Report& r) { return std::pair(r.position->byte, r.reason); });
     return reports;

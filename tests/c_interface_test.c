@@ -318,6 +318,7 @@ static void test_failures(void) {
     EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
     EXPECT(morandel_result_number(result) == 0.0);
     value = morandel_number(4.0);
+    EXPECT(value.type == MORANDEL_NUMBER && value.text == NULL && value.size == 0);
     EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 1);
     EXPECT(morandel_result_number(result) == 0.25);
     morandel_formula_free(formula);

@@ -165,6 +165,9 @@ TEST(Formula, HasAtMostFiftyNames) {
     EXPECT_EQ(Formula("1", names).names().size(), 50U);
     EXPECT_EQ(Formula(sum).names().size(), 50U);
     EXPECT_EQ(failure([&] { const Formula more(sum + "+more"); }), "-1/9");
+    const Formula free(sum + "+more", std::vector<Name>());
+    EXPECT_EQ(free.free_names().size(), 51U);
+    EXPECT_TRUE(free.warnings().empty());
     names.emplace_back("more");
     EXPECT_EQ(failure([&] { const Formula more("1", names); }), "-1/9");
 }
@@ -549,6 +552,8 @@ TEST(Formula, ColumnsMustFit) {
     EXPECT_EQ(failure([&] { (void)f.columns({1.0, 2.0}, results); }), "-1/11");
     const std::vector<int> falling{0, 2, 1};
     EXPECT_EQ(failure([&] { (void)f.columns({Column("abc", falling.data(), 2)}, results); }),
+              "-1/15");
+    EXPECT_EQ(failure([&] { (void)f.columns({Column("abc", falling.data() + 1, 1)}, results); }),
               "-1/15");
     const std::vector<double> rows{1.0};
     double result = 0.0;
