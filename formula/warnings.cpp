@@ -8,6 +8,7 @@
 
 #include <morandel/checker.h>
 
+#include "base/characters.h"
 #include "formula/prepared.h"
 #include "language/operators.h"
 
@@ -20,8 +21,6 @@ int reason_of(const CheckFault& fault) {
     if (fault.kind == too_few) return MORANDEL_REASON_TOO_FEW;
     return fault.kind == too_many ? MORANDEL_REASON_TOO_MANY : MORANDEL_REASON_WRONG_KIND;
 }
-
-char to_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool is_operator(std::string_view name) {
     return std::ranges::find(operator_table, name, &Operator::text) != std::end(operator_table);
