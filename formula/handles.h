@@ -46,12 +46,11 @@ struct morandel_texts {
 
 namespace morandel::formula {
 
-// What a call gives where memory has run out: it is there already.
-inline morandel_error* no_memory() {
-    static morandel_error error{
-        {-1, MORANDEL_REASON_NO_MEMORY, "内存不足", "out of memory", std::nullopt, -1}};
-    return &error;
-}
+// What a call gives where memory has run out. It is made when the library is loaded, since its
+// texts may need memory.
+inline morandel_error memory_error{
+    {-1, MORANDEL_REASON_NO_MEMORY, "内存不足", "out of memory", std::nullopt, -1}};
+inline morandel_error* no_memory() { return &memory_error; }
 
 inline void give(morandel_error** error, const Report& report) noexcept {
     if (error == nullptr) return;
