@@ -46,15 +46,13 @@ struct Program {
     bool is_numeric = true;
     ResultType type = type_integer;  // of the result, where it is numeric
 
-    bool touches_pending = false;  // reads or leaves values of further arguments
-    std::string_view lacks{};      // the first name without a value, in the formula
+    std::string_view lacks{};  // the first name without a value, in the formula
 
     // Keeps its room.
     void clear() {
         steps.clear();
         further_arguments.clear();
         is_numeric = true;
-        touches_pending = false;
         lacks = {};
     }
 };

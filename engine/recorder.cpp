@@ -14,12 +14,12 @@ Register Recorder::serror(Error error) {
 }
 
 void Recorder::first_argument(Register value) {
-    leave_numbers();
+    m_program.is_numeric = false;
     m_program.steps.push_back({StepKind::first_argument, 0, value, 0, 0});
 }
 
 void Recorder::further_argument(std::size_t place, Register value) {
-    leave_numbers();
+    m_program.is_numeric = false;
     m_program.steps.push_back({StepKind::further_argument, 0, value, 0, 0});
     if (place >= ExtraArguments::kept) return;
     if (m_call.further == 0) m_call.further = add_further_arguments();
@@ -27,7 +27,7 @@ void Recorder::further_argument(std::size_t place, Register value) {
 }
 
 Register Recorder::end_routine(char code, Register value, std::uint16_t further) {
-    leave_numbers();
+    m_program.is_numeric = false;
     if (further == 0) further = add_further_arguments();
     return append(StepKind::StringFunction, code, value, further, type_text);
 }
@@ -35,11 +35,6 @@ Register Recorder::end_routine(char code, Register value, std::uint16_t further)
 std::uint16_t Recorder::add_further_arguments() {
     m_program.further_arguments.emplace_back();
     return static_cast<std::uint16_t>(m_program.further_arguments.size());
-}
-
-void Recorder::leave_numbers() {
-    m_program.is_numeric = false;
-    m_program.touches_pending = true;
 }
 
 }  // namespace morandel

@@ -92,7 +92,6 @@ class Recorder {
     }
     Register end_routine(char code, Register value, std::uint16_t further);
     std::uint16_t add_further_arguments();
-    void leave_numbers();
 
     Program& m_program;
     Registers& m_registers;

@@ -1,5 +1,6 @@
 #include "engine/token_reader.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "engine/levels.h"
@@ -23,6 +24,13 @@ void TokenReader::get_token() {
     m_Token = &token;
     if (!token.is(TokenClass::end)) ++m_Prog;
     set_last_read(isConstVariable(token, m_Para));
+}
+
+bool TokenReader::can_touch_pending() const {
+    return std::ranges::any_of(m_Tokens, [](const Token& token) {
+        const FunctionRow* row = function_of_code(token.prefix);
+        return token.code == ',' || (row != nullptr && row->body.routine != nullptr);
+    });
 }
 
 void TokenReader::get_exp(Program& program, Registers& registers) {

@@ -52,6 +52,9 @@ class TokenReader {
         m_Prog = is_at_end ? static_cast<std::uint16_t>(m_Tokens.size() - 1) : position;
     }
 
+    // Whether an evaluation can read or leave values of further arguments, however far it comes.
+    [[nodiscard]] bool can_touch_pending() const;
+
     // Records the levels' walk from here on.
     void get_exp(Program& program, Registers& registers);
 

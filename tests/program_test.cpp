@@ -148,12 +148,20 @@ TEST(Program, TellsWhatItLacks) {
     }
 }
 
-TEST(Program, TellsWhetherItTouchesWhatIsPending) {
-    for (const char* formula : {"r2s(1)", "strcat(s, s)", "sin(1, 2)", "(1, 2)", "left(s, 1)"}) {
-        EXPECT_TRUE(Reading(formula).program.touches_pending) << formula;
+TEST(Program, TellsWhetherItCanTouchWhatIsPending) {
+    Registers registers;
+    const Parameters parameters(registers);
+    const auto can_touch = [&](const char* formula) {
+        TokenReader tokens(parameters);
+        tokens.cut(formula);
+        return tokens.can_touch_pending();
+    };
+    for (const char* formula : {"r2s(1)", "strcat(s, s)", "sin(1, 2)", "(1, 2)", "left(s, 1)",
+                                "v+strlen s", "(v w)+\"strlen\"(s)", "like s"}) {
+        EXPECT_TRUE(can_touch(formula)) << formula;
     }
-    for (const char* formula : {"s equal s", "a+v", "sin(1)", "s"}) {
-        EXPECT_FALSE(Reading(formula).program.touches_pending) << formula;
+    for (const char* formula : {"", "s equal s", "a+v", "sin(1)", "s", "(v w)*-2"}) {
+        EXPECT_FALSE(can_touch(formula)) << formula;
     }
 }
 

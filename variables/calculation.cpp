@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -93,9 +94,10 @@ class Calculation {
         return true;
     }
 
-    // And leave the evaluator as it is: a number was read last, and so it would be again, unless
-    // one of the formula's names is a text by now. The last attempt of all is made in any case, for
-    // its message.
+    // And leave the evaluator as it is: nothing in the formula touches what is pending, not even
+    // where it comes further with names settled since; a number was read last, and so it would be
+    // again, unless one of the formula's names is a text by now. The last attempt of all is made in
+    // any case, for its message.
     [[nodiscard]] bool would_fail_again(const Waiting& waiting) const {
         return !waiting.missing_name.empty() && parameters_only_grow() && m_attempts_left > 0 &&
                m_evaluator.memory() == waiting.memory && waiting.memory.is_number &&
@@ -121,9 +123,10 @@ class Calculation {
         if (m_evaluator.SetExpression(formula.c_str()) == 0) return false;
         if (m_evaluator.CalcExpression() != 0) {
             store_result(record);
-        } else if (const Program& program = m_evaluator.program();
-                   parameters_only_grow() && !program.touches_pending) {
-            waiting.missing_name = program.lacks;
+        } else if (const std::string_view lacks = m_evaluator.program().lacks;
+                   parameters_only_grow() && !lacks.empty() &&
+                   !m_evaluator.tokens().can_touch_pending()) {
+            waiting.missing_name = lacks;
             waiting.memory = m_evaluator.memory();
             waiting.settled_texts = m_settled_texts;
         }
