@@ -74,12 +74,6 @@ class Recorder {
     }
 
   private:
-    // Whether a call reads further arguments. What signs and functions of one number are given
-    // besides is read by nobody.
-    static bool is_routine(char code) {
-        const FunctionRow* row = function_of_code(code);
-        return row != nullptr && row->body.routine != nullptr;
-    }
     // The kind is what numbers give; the machine finds others.
     Register append(StepKind kind, char code, Register left, Register right, ResultType type) {
         m_program.steps.push_back({kind, code, left, right, m_next});

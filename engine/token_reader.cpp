@@ -27,10 +27,8 @@ void TokenReader::get_token() {
 }
 
 bool TokenReader::can_touch_pending() const {
-    return std::ranges::any_of(m_Tokens, [](const Token& token) {
-        const FunctionRow* row = function_of_code(token.prefix);
-        return token.code == ',' || (row != nullptr && row->body.routine != nullptr);
-    });
+    return std::ranges::any_of(
+        m_Tokens, [](const Token& token) { return token.code == ',' || is_routine(token.prefix); });
 }
 
 void TokenReader::get_exp(Program& program, Registers& registers) {

@@ -65,6 +65,13 @@ inline const FunctionRow* function_of_code(char code) {
     return index < code_limit ? function_index[index] : nullptr;
 }
 
+// Whether a call reads further arguments. What signs and functions of one number are given besides
+// is read by nobody.
+inline bool is_routine(char code) {
+    const FunctionRow* row = function_of_code(code);
+    return row != nullptr && row->body.routine != nullptr;
+}
+
 // What a sign or a function of one number gives: "int" alone gives an integer.
 constexpr ResultType result_type(char code) { return code == 'o' ? type_integer : type_number; }
 
