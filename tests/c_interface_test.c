@@ -304,6 +304,8 @@ static void test_misuse(void) {
     formula = prepared("a+1");
     EXPECT(morandel_formula_compute_numbers(formula, NULL, 1, &number) == 0);
     EXPECT(morandel_formula_compute_numbers(formula, &number, 1, NULL) == 0);
+    EXPECT(morandel_formula_compute_numbers(formula, &number, 0, &number) == 0);
+    EXPECT(morandel_formula_compute_numbers(formula, &number, 2, &number) == 0);
     morandel_formula_free(formula);
     morandel_result_free(result);
 }

@@ -314,6 +314,18 @@ TEST(Formula, WhatFollowsTheSurrogatesIsACharacter) {
     EXPECT_NE(failure_of("\"\xEE\x80\x80\""), "-1/6 @1/1+1/1");
 }
 
+TEST(Formula, BytesThatBeginNoCharacterAreCountedOneByOne) {
+    const auto position = [](const std::string& bytes) {
+        return failure([&] {
+            const Formula f(bytes, std::vector<Name>(), MORANDEL_CODE_PAGE_936);
+            f();
+        });
+    };
+    EXPECT_EQ(position("\"\xFEz\"+1/0"), "3/0 @6/5+1/1");
+    EXPECT_EQ(position("\"\xFFz\"+1/0"), "3/0 @6/6+1/1");
+    EXPECT_EQ(position("\"\x80z\"+1/0"), "3/0 @6/6+1/1");
+}
+
 TEST(Formula, ANulIsNotPartOfAFormula) {
     EXPECT_EQ(failure_of(std::string("1\0+1", 4)), "-1/15 @1/1+1/1");
     EXPECT_EQ(failure_of(std::string("1+1\0", 4)), "-1/15 @3/3+1/1");
@@ -504,8 +516,8 @@ TEST(Formula, ColumnsComeInTheLayoutsThatToolsShare) {
 // Numbers between others, as in records without gaps.
 TEST(Formula, ColumnsOfNumbersNeedNotBeAligned) {
     const Formula f("n*2", {"n"});
-    for (const std::size_t begin : {0, 4, 8}) {
-        for (const std::size_t stride : {8, 12, 16}) {
+    for (const std::size_t begin : {0, 1, 4, 8}) {
+        for (const std::size_t stride : {8, 9, 12, 16}) {
             alignas(double) char records[64]{};
             for (std::size_t row = 0; row < 3; ++row) {
                 const double number = 1.5 + static_cast<double>(row);
