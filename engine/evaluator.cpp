@@ -12,8 +12,7 @@ namespace morandel {
 
 Evaluator::Evaluator(std::string& result, std::string& message, int& status)
     : m_faults{status, message}, m_StrResult(result) {
-    constexpr std::size_t most_programs = 32;  // have no more steps
-    m_program.steps.reserve(most_programs);
+    m_program.steps.reserve(32);  // most programs have no more
     m_Formula[0] = '\0';
     g_NumArray().clear();
 }

@@ -71,15 +71,12 @@ void FreeVariables::list(TokenReader& tokens) {
                 m_type = known->type;
             } else {
                 // Deliberate: the "(" that begins the formula does not count.
-                if (open_before_constant > 0 &&
-                    open_before_constant >= position - farthest_look_back) {
-                    argument_seen = true;
-                }
-                if (after_open || (before->code == ',' && argument_seen)) {
-                    m_type = lists.argument_type(m_type);
-                } else {
-                    m_type = is_text ? type_text : type_number;
-                }
+                const int farthest = std::max(1, position - farthest_look_back);
+                argument_seen = argument_seen || open_before_constant >= farthest;
+                const bool is_argument = after_open || (before->code == ',' && argument_seen);
+                m_type = is_argument ? lists.argument_type(m_type)
+                         : is_text   ? type_text
+                                     : type_number;
                 argument_seen = argument_seen || after_open;
                 push(token.text);
             }

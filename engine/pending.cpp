@@ -1,7 +1,5 @@
 #include "engine/pending.h"
 
-#include <algorithm>
-
 namespace morandel {
 
 ArgumentStack<double>& g_NumArray() {
@@ -14,14 +12,17 @@ ArgumentStack<double>& g_NumArray() {
 }
 
 void Pending::prepare(ArgumentStack<double>& numbers) {
-    m_TempStr.pop(m_TempStr.size() - first_unkept());
+    // All that come after the first one that is not kept were pushed by the same evaluation.
+    std::size_t kept = may_be_unkept();
+    while (kept < m_TempStr.size() && m_TempStr[kept].is_kept()) ++kept;
+    m_TempStr.pop(m_TempStr.size() - kept);
     m_unkept = 0;
     if (!first_argument.text.is_kept()) first_argument = {};
     numbers.drop_oldest(most);
     m_TempStr.drop_oldest(most);
     if (m_pushed_bytes <= most_bytes) return;
     m_pushed_bytes = 0;
-    std::size_t kept = 0;
+    kept = 0;
     for (std::size_t bytes = 0; kept < m_TempStr.size(); ++kept) {
         bytes += m_TempStr.from_top(kept).size();
         if (bytes > most_bytes) break;
@@ -35,15 +36,8 @@ void Pending::prepare(ArgumentStack<double>& numbers) {
 
 void Pending::keep() {
     first_argument.text.keep();
-    for (std::size_t i = first_unkept(); i < m_TempStr.size(); ++i) m_TempStr[i].keep();
+    for (std::size_t i = may_be_unkept(); i < m_TempStr.size(); ++i) m_TempStr[i].keep();
     m_unkept = 0;
-}
-
-// All that come after it were pushed by the same evaluation.
-std::size_t Pending::first_unkept() const {
-    std::size_t index = m_TempStr.size() - std::min(m_unkept, m_TempStr.size());
-    while (index < m_TempStr.size() && m_TempStr[index].is_kept()) ++index;
-    return index;
 }
 
 void Pending::clear() {

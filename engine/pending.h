@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -38,7 +39,10 @@ class Pending {
     StringArgument first_argument;
 
   private:
-    [[nodiscard]] std::size_t first_unkept() const;
+    // Texts from here on.
+    [[nodiscard]] std::size_t may_be_unkept() const {
+        return m_TempStr.size() - std::min(m_unkept, m_TempStr.size());
+    }
 
     std::size_t m_unkept = 0;        // texts that were pushed, some of which may be popped
     std::size_t m_pushed_bytes = 0;  // since those pending were counted last
