@@ -56,11 +56,11 @@ constexpr bool is_any(char c, int flags) {
 constexpr bool isdelim(char c) { return is_any(c, delimiter | blank); }
 
 inline const char* end_of_name(const char* next) {
-    while (!isdelim(*next)) {
-        const bool pair = is_any(*next, lead) && next[1] != '\0';
-        next += pair ? 2 : 1;
+    while (true) {
+        while (!is_any(*next, delimiter | blank | lead)) ++next;
+        if (isdelim(*next)) return next;
+        next += next[1] != '\0' ? 2 : 1;
     }
-    return next;
 }
 
 }  // namespace morandel
