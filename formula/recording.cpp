@@ -140,7 +140,7 @@ Fault Recording::silent_refusal() const {
             const bool is_empty = token.begin == m_formula.size();
             fault = {-1,
                      is_empty ? MORANDEL_REASON_EMPTY : MORANDEL_REASON_NO_TOKEN,
-                     {token.begin, token.begin + (is_empty ? std::size_t{0} : 1)}};
+                     {token.begin, token.begin + std::size_t{1}}};
         }
         return fault.reason != MORANDEL_REASON_NUMBERED;
     });

@@ -231,6 +231,26 @@ TEST(Blocks, KeepWhatTwentyDecimalsKeep) {
     }
 }
 
+// Whichever row has another exponent than all others.
+TEST(Blocks, SquareWhereEveryExponentIsTwo) {
+    constexpr std::size_t rows = 37;
+    Recorded recorded("a^b");
+    const std::vector<double> a(rows, 1.5);
+    for (std::size_t other = 0; other <= rows; ++other) {
+        std::vector<double> b(rows + 1, 2.0);
+        b[other] = 3.0;
+        const std::array<Blocks::Column, 4> columns{{{a.data(), 1}, {b.data(), 1}, {}, {}}};
+        for (const BlockKernels* kernels : kernels_at_hand()) {
+            std::vector<double> results(rows);
+            const Blocks blocks(recorded.program, {}, *kernels);
+            blocks.compute(columns, rows, results.data(), [](std::size_t) { FAIL(); });
+            for (std::size_t row = 0; row < rows; ++row) {
+                ASSERT_EQ(results[row], row == other ? 3.375 : 2.25) << row << " of " << other;
+            }
+        }
+    }
+}
+
 TEST(Blocks, ComputeAnyNumberOfRows) {
     Recorded recorded("a*2+b");
     const Blocks blocks(recorded.program, recorded.constants());

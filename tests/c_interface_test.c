@@ -137,6 +137,7 @@ static void test_errors(void) {
     morandel_error* error = NULL;
     morandel_warnings* warnings = NULL;
     morandel_faults* faults = NULL;
+    morandel_name told;
     morandel_fault fault;
     morandel_position position;
     size_t size = 0;
@@ -171,6 +172,17 @@ static void test_errors(void) {
     EXPECT(fault.kind == 1 && fault.operand == 1 && fault.wants == MORANDEL_NUMBER);
     EXPECT(fault.position.byte == 2 && fault.position.bytes == 4);
     EXPECT(morandel_faults_get(faults, 1, &fault) == 0);
+    morandel_faults_free(faults);
+    morandel_formula_free(formula);
+
+    /* A name that is told to be a number is no text. */
+    told.text = "n";
+    told.size = 1;
+    told.type = MORANDEL_NUMBER;
+    EXPECT(morandel_formula_prepare("n equal \"x\"", 11, &told, 1, 0, &formula, NULL) == 1);
+    EXPECT(morandel_formula_check(formula, &faults, NULL) == 1);
+    EXPECT(morandel_faults_count(faults) == 1);
+    EXPECT(morandel_faults_get(faults, 0, &fault) == 1 && fault.operand == 1);
     morandel_faults_free(faults);
     morandel_formula_free(formula);
 }

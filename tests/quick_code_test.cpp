@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "formula/recording.h"
 #include "tests/formula_outcome.h"
 #include "tests/small_stack.h"
 
@@ -139,6 +140,7 @@ TEST(QuickCode, OfFunctionsGivesWhatTheMachineGives) {
         compare_for_many(outer + "(x0)", given, random, 40);
         compare_for_many(outer + "(2)", given, random);
         compare_for_many("x1*" + outer + "(x0)", given, random, 20);
+        compare_for_many("x1*x2-" + outer + "(x0)", given, random, 20);
         compare_for_many(outer + "(x0-1)/" + outer + "(x1+1)", given, random, 20);
         for (const std::string inner : functions) {
             compare_for_many(outer + '(' + inner + "(x0))+x2", given, random);
@@ -155,6 +157,32 @@ TEST(QuickCode, OfPowersGivesWhatTheMachineGives) {
     }
 }
 
+// All of them but factorials, whatever their operands are. A name alone needs none.
+TEST(QuickCode, IsMadeOfAnyOperators) {
+    const std::vector<std::string> names{"x0", "x1", "x2"};
+    const std::array<double, 3> values{2.5, 0.5, 3.0};
+    const auto computes = [&](const std::string& text) {
+        double result = 0.0;
+        return morandel::formula::Recording(text, names, {}).quick_code().compute(values, result);
+    };
+    for (const std::string first : operators) {
+        for (const char* left : {"x0", "2", "(x0+1)"}) {
+            for (const char* right : {"x1", "3", "(x1+x2)"}) {
+                EXPECT_TRUE(computes(left + first + right)) << left << first << right;
+            }
+        }
+    }
+    for (const std::string function : functions) {
+        for (const char* operand : {"(x1)+1", "(1)", "(x1/2)"}) {
+            EXPECT_TRUE(computes(function + operand)) << function << operand;
+        }
+    }
+    for (const char* text : {"2.5", "3!"}) EXPECT_TRUE(computes(text)) << text;
+    for (const char* text : {"x0", "x2!", "x0/0", "ln(x0-2.5)", "10^308*x2"}) {
+        EXPECT_FALSE(computes(text)) << text;
+    }
+}
+
 // More names than are looked at one by one, more numbers to keep than there is room for,
 // factorials, names and numbers alone, and what fails always.
 TEST(QuickCode, OfAnySizeGivesWhatTheMachineGives) {
@@ -164,6 +192,8 @@ TEST(QuickCode, OfAnySizeGivesWhatTheMachineGives) {
         std::string sum = "1";
         for (const std::string& name : given.names) sum += '+' + name;
         compare_for_many(sum, given, random, 60);
+        // Which name is beyond the range need not show in the result.
+        if (count > 0) compare_for_many("1/" + given.names.back(), given, random, 60);
     }
     for (const std::size_t depth : {10U, 62U, 63U, 64U, 65U, 66U, 80U}) {
         for (const std::string open : {"1+(", "-x0-("}) {
