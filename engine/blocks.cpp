@@ -60,14 +60,10 @@ Blocks::Blocks(const Program& program, std::span<const Constant> constants,
     m_result = program.steps.empty() ? buffer_of[program.result] : none;
 }
 
-// A result takes a buffer that no later step reads, and the last one the results' own.
+// A result takes a buffer that no later step reads, and the last one the results' own. One step
+// reads it, as an operand of a formula stands in one place.
 void Blocks::plan(const Program& program, std::vector<std::size_t>& buffer_of) {
-    std::vector<const Step*> last_read(buffer_of.size(), nullptr);
     std::vector<bool> is_result(buffer_of.size(), false);
-    for (const Step& step : program.steps) {
-        last_read[step.left] = last_read[step.right] = &step;
-        is_result[step.result] = true;
-    }
     for (const Step& step : program.steps) {
         const bool is_unary = step.kind == StepKind::unary;
         const std::size_t left = buffer_of[step.left];
@@ -76,11 +72,9 @@ void Blocks::plan(const Program& program, std::vector<std::size_t>& buffer_of) {
         const std::size_t result = is_last ? 0 : take_buffer();
         buffer_of[step.result] = result;
         m_steps.push_back({step.kind, step.code, left, right, result});
-        if (is_result[step.left] && last_read[step.left] == &step) m_free_buffers.push_back(left);
-        if (!is_unary && step.right != step.left && is_result[step.right] &&
-            last_read[step.right] == &step) {
-            m_free_buffers.push_back(right);
-        }
+        is_result[step.result] = true;
+        if (is_result[step.left]) m_free_buffers.push_back(left);
+        if (!is_unary && is_result[step.right]) m_free_buffers.push_back(right);
     }
 }
 

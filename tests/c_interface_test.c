@@ -142,6 +142,9 @@ static void test_errors(void) {
     morandel_position position;
     size_t size = 0;
 
+    EXPECT(morandel_formula_prepare("1\xE6\xA2\xA8", 3, NULL, 0, 0, &formula, &error) == 0);
+    EXPECT(morandel_error_reason(error) == MORANDEL_REASON_NOT_UTF8);
+    morandel_error_free(error);
     EXPECT(morandel_formula_prepare("1+", 2, NULL, 0, 0, &formula, &error) == 0);
     EXPECT(formula == NULL && error != NULL);
     EXPECT(morandel_error_number(error) == 30);

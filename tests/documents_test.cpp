@@ -123,6 +123,20 @@ TEST(Documents, NoTwoErrorsSayTheSame) {
     }
 }
 
+// The kinds of arguments and the types that variables have there say the same.
+TEST(Documents, FunctionsExpectOfVariablesWhatTheirArgumentsAre) {
+    for (const morandel::Function& row : morandel::functions()) {
+        std::string kinds(row.kinds);
+        std::erase_if(kinds, [](char c) { return c == '[' || c == '*'; });
+        EXPECT_EQ(kinds[0] == 't', row.first_type == 2) << row.name;
+        const std::string_view types = row.further_types;
+        for (std::size_t i = 1; i < kinds.size() && !types.empty(); ++i) {
+            const char type = types[std::min(i, types.size()) - 1];
+            EXPECT_EQ(kinds[i] == 't', type == '2') << row.name << " " << i;
+        }
+    }
+}
+
 TEST(Documents, TheTableOfFunctionsIsWhole) {
     std::size_t count = 0;
     std::string codes;

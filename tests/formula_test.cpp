@@ -392,6 +392,7 @@ TEST(Formula, WarnsOfWhatIsRarelyMeant) {
     EXPECT_EQ(warnings_of("strsub(s, s, n)", {{"s", Kind::text}, {"n", Kind::number}}),
               "-1/25 @0/0+6/6");
     EXPECT_EQ(warnings_of("strsub(s, \"a\", 2)", {{"s", Kind::text}}), "-1/22 @0/0+6/6");
+    EXPECT_EQ(warnings_of("left(strcase(\"abcd\", n+1), n+1)", {"n"}), "");
     const auto notices = Formula("sqrt(\"a\")").warnings();
     ASSERT_EQ(notices.size(), 1U);
     EXPECT_EQ(notices[0].english(), "sqrt: operand 1 must be a number");
@@ -512,6 +513,11 @@ TEST(Formula, ColumnsComeInTheLayoutsThatToolsShare) {
     EXPECT_EQ(results, wanted);
     (void)f.columns({Column(bytes.data(), wide.data(), 3), numbers, 10.0}, results);
     EXPECT_EQ(results, wanted);
+    // Whichever row is the one that is not ASCII.
+    const std::string first = "苹果abc";
+    const std::vector<std::int32_t> offsets{0, 6, 7, 9};
+    (void)f.columns({Column(first.data(), offsets.data(), 3), 1.0, 0.0}, results);
+    EXPECT_EQ(results, (std::vector<double>{4.0, 1.0, 2.0}));
 }
 
 // Numbers between others, as in records without gaps.
