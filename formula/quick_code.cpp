@@ -50,20 +50,14 @@ class Lowering {
         m_most_kept = std::max(m_most_kept, m_kept.size());
     }
 
-    void load(Register place) {
-        const bool is_name = source_of(place) == Source::name;
-        keep();
-        Instruction& made = add(is_name ? load_name : load_constant);
-        made.left = place;
-        if (!is_name) made.constant = find_constant(place)->number;
-        m_before = place;
-    }
-
     bool add_of_one(const Step& step) {
         const Source source = source_of(step.left);
-        if (source == Source::constant) load(step.left);
+        if (source == Source::constant) return false;
         if (step.code == code_negate) {
-            if (source == Source::name) load(step.left);
+            if (source == Source::name) {
+                keep();
+                add(load_name).left = step.left;
+            }
             add(negate);
             return true;
         }
@@ -83,12 +77,8 @@ class Lowering {
     bool add_of_two(const Step& step) {
         const auto* carries = std::ranges::find(all_step_carries, step.code, &StepCarries::code);
         if (carries == std::end(all_step_carries)) return false;
-        Source left = source_of(step.left);
+        const Source left = source_of(step.left);
         const Source right = source_of(step.right);
-        if (left == Source::constant && right == Source::constant) {
-            load(step.left);
-            left = Source::before;
-        }
         const auto form = form_of(left, right);
         if (!form) return false;
         if (*form == Form::kept_before) {
@@ -108,6 +98,7 @@ class Lowering {
         return true;
     }
 
+    // None of two constants: what they give is one, unless it is an error.
     static std::optional<Form> form_of(Source left, Source right) {
         struct Row {
             Source left;

@@ -137,12 +137,6 @@ inline double load_name(double before, const Instruction* at, const double* name
     return at[1].carry(names[at->left], at + 1, names, kept + 1);
 }
 
-inline double load_constant(double before, const Instruction* at, const double* names,
-                            double* kept) {
-    *kept = before;
-    return at[1].carry(at->constant, at + 1, names, kept + 1);
-}
-
 inline double negate(double before, const Instruction* at, const double* names, double* kept) {
     return at[1].carry(-before, at + 1, names, kept);
 }

@@ -246,6 +246,16 @@ static void test_columns(void) {
     EXPECT(texts == NULL);
     EXPECT_TEXT(morandel_error_english(error, &size), "wrong call: offset_size");
     morandel_error_free(error);
+
+    /* Texts without a byte need none; others do. */
+    columns[0].text = NULL;
+    columns[0].size = 0;
+    columns[0].offsets = NULL;
+    EXPECT(morandel_formula_text_columns(formula, columns, 2, 3, &texts, NULL, NULL) == 1);
+    EXPECT_TEXT(morandel_texts_bytes(texts, &size), "204");
+    morandel_texts_free(texts);
+    columns[0].size = 1;
+    EXPECT(morandel_formula_text_columns(formula, columns, 2, 3, &texts, NULL, NULL) == 0);
     morandel_formula_free(formula);
 }
 

@@ -15,6 +15,10 @@
 
 #include <morandel.h>
 
+#ifdef __SSE2__
+#include <xmmintrin.h>
+#endif
+
 namespace {
 
 std::vector<std::string> outcomes() {
@@ -69,16 +73,27 @@ std::vector<std::string> outcomes() {
     return all;
 }
 
+// What the environment is at the moment, but for what has happened in it.
+std::vector<unsigned> environment() {
+    std::vector<unsigned> all{static_cast<unsigned>(std::fegetround())};
+#ifdef __SSE2__
+    constexpr unsigned flags = 0x3F;
+    all.push_back(_mm_getcsr() & ~flags);  // the C library tells of the x87 alone
+#endif
+    return all;
+}
+
 void expect_the_same_under(const std::function<void()>& change) {
     const std::vector<std::string> wanted = outcomes();
     std::fenv_t before;
     std::fegetenv(&before);
     change();
-    const int rounding = std::fegetround();
+    const std::vector<unsigned> changed = environment();
     const std::vector<std::string> found = outcomes();
-    EXPECT_EQ(std::fegetround(), rounding);
+    const std::vector<unsigned> left = environment();
     std::fesetenv(&before);
     EXPECT_EQ(found, wanted);
+    EXPECT_EQ(left, changed);
 }
 
 TEST(FloatingPoint, AnyRounding) {
