@@ -7,15 +7,17 @@ namespace {
 
 struct Basic;
 
-const BlockKernels& choose_kernels() {
 #if defined(__linux__) && defined(__x86_64__)
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq")) {
-        return avx512_kernels;
-    }
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return avx2_kernels;
-#endif
-    return basic_kernels;
+bool has_avx2() { return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"); }
+bool has_avx512() {
+    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq");
 }
+const BlockKernels& choose_kernels() {
+    return has_avx512() ? avx512_kernels : has_avx2() ? avx2_kernels : basic_kernels;
+}
+#else
+const BlockKernels& choose_kernels() { return basic_kernels; }
+#endif
 
 }  // namespace
 

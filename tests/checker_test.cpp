@@ -8,6 +8,9 @@
 #include <string>
 
 #include <morandel.h>
+
+#include "checker/checking.h"
+#include "engine/levels.h"
 #include "tests/pair.h"
 #include "tests/random_formulas.h"
 #include "tests/small_stack.h"
@@ -30,6 +33,21 @@ TEST(Checker, ANewOneIsEmpty) {
     EXPECT_THROW((void)check.GetExpressionError(0), std::invalid_argument);
     EXPECT_FALSE(check.CheckExpression(nullptr));
     EXPECT_FALSE(check.m_ErrorMessage.empty());
+}
+
+// The levels by themselves, where the grammar check would have refused the formula.
+TEST(Checker, TellsWhatIsMissing) {
+    CExpressionCheck check;
+    morandel::Checking checking(check);
+    const auto error_of = [&](const char* formula) {
+        checking.m_tokens.cut(formula);
+        checking.m_tokens.seek(0);
+        morandel::Levels<morandel::Checking&, morandel::Checking&>(checking, checking).get_exp();
+        return check.GetErrorNumber();
+    };
+    EXPECT_EQ(error_of(""), static_cast<int>(morandel::ErrorNumber::no_expression));
+    EXPECT_EQ(error_of("(1"), static_cast<int>(morandel::ErrorNumber::unbalanced_parentheses));
+    EXPECT_EQ(error_of("1+"), static_cast<int>(morandel::ErrorNumber::bad_expression));
 }
 
 TEST(Checker, CountsArguments) {

@@ -10,6 +10,7 @@
 #include "engine/levels.h"
 #include "engine/machine.h"
 #include "engine/well_formed_text.h"
+#include "formula/places.h"
 
 namespace {
 
@@ -146,6 +147,29 @@ TEST(Program, TellsWhatItLacks) {
     for (const char* formula : {"a", "s", "pi", "1+2"}) {
         EXPECT_EQ(Reading(formula).program.lacks, "") << formula;
     }
+}
+
+// One for each step, also for those of a formula without a token or without a ")".
+TEST(Program, IsNotedWithThePlacesOfItsSteps) {
+    const auto places_of = [](const char* formula) {
+        Registers registers;
+        Parameters parameters{registers};
+        TokenReader tokens(parameters);
+        tokens.cut(formula);
+        Program program;
+        formula::NotingReader source(tokens);
+        formula::NotingRecorder recorder(program, registers, source);
+        Levels<formula::NotingReader&, formula::NotingRecorder&>(source, recorder).get_exp();
+        std::string places;
+        for (const auto [begin, end] : recorder.places()) {
+            places += std::to_string(begin) + '-' + std::to_string(end) + ' ';
+        }
+        return places;
+    };
+    EXPECT_EQ(places_of("1+sqrt(4)"), "2-6 1-2 ");
+    EXPECT_EQ(places_of(" "), "1-1 ");
+    EXPECT_EQ(places_of("(1"), "2-2 ");
+    EXPECT_EQ(places_of("1+"), "2-2 1-2 ");
 }
 
 TEST(Program, TellsWhetherItCanTouchWhatIsPending) {
