@@ -192,6 +192,7 @@ static void test_errors(void) {
 
 static void test_columns(void) {
     static const double numbers[3] = {2.0, 0.0, 4.0};
+    static const double tiny = 1e-25;
     static const int offsets[4] = {0, 1, 1, 7};
     char bytes[8] = "x";
     morandel_column columns[2];
@@ -224,6 +225,14 @@ static void test_columns(void) {
     EXPECT(results[2] == 0.5);
     EXPECT(morandel_formula_columns(formula, columns, 2, 3, results, NULL, &error) == 0);
     morandel_error_free(error);
+    morandel_formula_free(formula);
+
+    /* One number for all rows is seen with 20 decimals too. */
+    formula = prepared("n*10^30");
+    columns[0].numbers = &tiny;
+    EXPECT(morandel_formula_columns(formula, columns, 1, 3, results, NULL, NULL) == 1);
+    EXPECT(results[0] == 0.0 && results[1] == 0.0 && results[2] == 0.0);
+    columns[0].numbers = numbers;
     morandel_formula_free(formula);
 
     formula = prepared("strcat(s, r2s(n))");
