@@ -76,6 +76,11 @@ TEST(Checker, TheCallsForTheLevelsAreSafeByThemselves) {
     check.InitTempHolde(nullptr, 0);
     check.ClearOld();
     EXPECT_EQ(check.CountCommaCheck(), 0);
+    check.CheckExpression("mod(1, 2)");
+    for (const int step : {1'000'000'000, -1'000'000'000}) {
+        check.m_step = step;
+        EXPECT_EQ(check.CountCommaCheck(), 0) << "there is no such step";
+    }
 }
 
 TEST(Checker, IsAnEvaluatorToo) {

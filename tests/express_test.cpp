@@ -257,6 +257,17 @@ TEST(Express, ListsVariablesFromTheLastToTheFirst) {
     EXPECT_EQ(type, 77);
 }
 
+// Where a place tells no type, it is that of the variable found last, also by the load before.
+TEST(Express, EachLoadDeducesTypesAnew) {
+    CExpress e;
+    for (const int wanted : {0, 2, 2}) {
+        ASSERT_EQ(e.SetExpression("sin(1, v)+strlen(w)"), 1);
+        int type = 77;
+        EXPECT_EQ(e.GetVariable(1, &type), "v");
+        EXPECT_EQ(type, wanted);
+    }
+}
+
 TEST(Express, ClearOldForgetsTheFormulaButNotTheVariables) {
     CExpress e;
     ASSERT_EQ(e.SetExpression("a+1/0"), 1);
