@@ -518,6 +518,10 @@ TEST(Formula, ColumnsComeInTheLayoutsThatToolsShare) {
     const std::vector<std::int32_t> offsets{0, 6, 7, 9};
     (void)f.columns({Column(first.data(), offsets.data(), 3), 1.0, 0.0}, results);
     EXPECT_EQ(results, (std::vector<double>{4.0, 1.0, 2.0}));
+    std::vector<std::string> texts;
+    (void)Formula("strsub(s, 1, 4)", {"s"})
+        .columns({Column(first.data(), offsets.data(), 3)}, texts);
+    EXPECT_EQ(texts, (std::vector<std::string>{"苹果", "a", "bc"}));
 }
 
 // Numbers between others, as in records without gaps.
