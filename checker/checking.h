@@ -30,7 +30,8 @@ class Checking {
     [[nodiscard]] OperandKind operand() const {
         if (!token().is_constant()) return OperandKind::none;
         if (token().m_IsStringLiteral) return OperandKind::text;
-        return m_tokens.last_read() == LastRead::number ? OperandKind::number : OperandKind::none;
+        if (m_tokens.last_read() != LastRead::number) return OperandKind::none;
+        return token().is(TokenClass::parameter) ? OperandKind::parameter : OperandKind::number;
     }
     int may_miss_expression(Checking& /*this*/) { return serror(Error::no_expression); }
     // A name without a value is an operand of any kind.

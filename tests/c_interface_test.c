@@ -177,6 +177,7 @@ static void test_errors(void) {
     EXPECT(is_text(fault.name, fault.size, "sqrt"));
     EXPECT(fault.kind == 1 && fault.operand == 1 && fault.wants == MORANDEL_NUMBER);
     EXPECT(fault.position.byte == 2 && fault.position.bytes == 4);
+    EXPECT(morandel_faults_get(faults, 0, NULL) == 0);
     EXPECT(morandel_faults_get(faults, 1, &fault) == 0);
     morandel_faults_free(faults);
     morandel_formula_free(formula);
@@ -253,6 +254,10 @@ static void test_columns(void) {
                 "4");
     EXPECT(morandel_texts_offsets(texts)[1] == 2 && morandel_texts_offsets(texts)[3] == 10);
     morandel_texts_free(texts);
+    EXPECT(morandel_formula_row_error(formula, columns, 2, 3, 0, MORANDEL_TEXT, &error) == 0);
+    columns[0].size = 6;
+    EXPECT(morandel_formula_text_columns(formula, columns, 2, 3, &texts, NULL, NULL) == 0);
+    columns[0].size = 7;
     columns[0].offset_size = 3;
     EXPECT(morandel_formula_text_columns(formula, columns, 2, 3, &texts, NULL, &error) == 0);
     EXPECT(texts == NULL);
@@ -273,6 +278,8 @@ static void test_columns(void) {
 
 /* Nothing where something must be. */
 static void test_misuse(void) {
+    static const morandel_name many[51] = {{"a", 1, MORANDEL_NUMBER}};
+    morandel_formula* none = NULL;
     morandel_formula* formula = NULL;
     morandel_result* result = morandel_result_create();
     morandel_error* error = NULL;
@@ -313,6 +320,12 @@ static void test_misuse(void) {
     EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
     value = morandel_text(NULL, 1);
     EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
+    value.type = -2;
+    EXPECT(morandel_formula_compute(formula, &value, 1, result, NULL) == 0);
+    EXPECT(morandel_formula_prepare("1", 1, many, 51, 0, &none, &error) == 0);
+    EXPECT(morandel_error_reason(error) == MORANDEL_REASON_TOO_MANY_NAMES);
+    morandel_error_free(error);
+    EXPECT(morandel_formula_name(formula, 0, NULL) == 0);
     EXPECT(morandel_formula_compute_numbers(NULL, &number, 1, &number) == 0);
     EXPECT(morandel_formula_compute_numbers(formula, NULL, 1, &number) == 0);
     EXPECT(morandel_formula_compute_numbers(formula, &number, 1, NULL) == 0);

@@ -522,6 +522,10 @@ TEST(Formula, ColumnsComeInTheLayoutsThatToolsShare) {
     (void)Formula("strsub(s, 1, 4)", {"s"})
         .columns({Column(first.data(), offsets.data(), 3)}, texts);
     EXPECT_EQ(texts, (std::vector<std::string>{"苹果", "a", "bc"}));
+    // More rows than their room is told from.
+    const std::vector<std::string> many(100, "梨");
+    (void)Formula("strcat(s, s, k)", {"s", "k"}).columns({many, "·"}, texts);
+    EXPECT_EQ(texts, std::vector<std::string>(100, "梨梨·"));
 }
 
 // Numbers between others, as in records without gaps.
