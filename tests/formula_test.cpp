@@ -393,6 +393,7 @@ TEST(Formula, WarnsOfWhatIsRarelyMeant) {
               "-1/25 @0/0+6/6");
     EXPECT_EQ(warnings_of("strsub(s, \"a\", 2)", {{"s", Kind::text}}), "-1/22 @0/0+6/6");
     EXPECT_EQ(warnings_of("left(strcase(\"abcd\", n+1), n+1)", {"n"}), "");
+    EXPECT_EQ(warnings_of("left(\"ab\") = left(\"ab\")"), "-1/23 @0/0+4/4, -1/23 @13/13+4/4");
     const auto notices = Formula("sqrt(\"a\")").warnings();
     ASSERT_EQ(notices.size(), 1U);
     EXPECT_EQ(notices[0].english(), "sqrt: operand 1 must be a number");
@@ -490,6 +491,36 @@ TEST(Formula, ComputesColumns) {
     const Formula label("strcat(name, sign, r2s(price))", {"name", "sign", "price"});
     EXPECT_EQ(label.columns({names, "·", prices}, texts), std::vector<unsigned char>(3));
     EXPECT_EQ(texts, (std::vector<std::string>{"苹果·12.5", "·0", "梨·3"}));
+}
+
+TEST(Formula, RefusesWhatItCannotTake) {
+    EXPECT_EQ(failure([] { (void)Formula("1", std::vector<Name>(51, Name("a"))); }), "-1/9");
+    morandel_formula* f = nullptr;
+    ASSERT_EQ(morandel_formula_prepare("strcat(s, r2s(n))", 17, nullptr, 0, 0, &f, nullptr), 1);
+    EXPECT_EQ(morandel_formula_name(f, 0, nullptr), 0);
+    morandel_value values[] = {morandel_text("a", 1), morandel_number(1.0)};
+    values[1].type = -2;
+    EXPECT_EQ(morandel_formula_compute(f, values, 2, nullptr, nullptr), 0);
+    morandel_faults* faults = nullptr;
+    ASSERT_EQ(morandel_formula_check(f, &faults, nullptr), 1);
+    EXPECT_EQ(morandel_faults_get(faults, 0, nullptr), 0);
+    morandel_faults_free(faults);
+
+    const double numbers[] = {1.0, 2.0};
+    const std::int32_t offsets[] = {0, 1, 2};
+    morandel_column columns[] = {
+        {MORANDEL_TEXT, nullptr, 0, "ab", offsets, sizeof offsets[0], 2},
+        {MORANDEL_NUMBER, numbers, sizeof(double), nullptr, nullptr, 0, 0}};
+    morandel_texts* texts = nullptr;
+    EXPECT_EQ(morandel_formula_row_error(f, columns, 2, 2, 1, MORANDEL_TEXT, nullptr), 0);
+    columns[0].size = 1;
+    EXPECT_EQ(morandel_formula_text_columns(f, columns, 2, 2, &texts, nullptr, nullptr), 0);
+    columns[0].offsets = nullptr;
+    EXPECT_EQ(morandel_formula_text_columns(f, columns, 2, 2, &texts, nullptr, nullptr), 1);
+    std::size_t size = 0;
+    EXPECT_EQ(std::string_view(morandel_texts_bytes(texts, &size), 4), "a1a2");
+    morandel_texts_free(texts);
+    morandel_formula_free(f);
 }
 
 TEST(Formula, ColumnsOfAFormulaThatIsAcceptedAndFails) {
