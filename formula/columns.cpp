@@ -101,7 +101,6 @@ std::string_view Columns::text(std::size_t column, std::size_t row) const {
 
 bool Columns::is_ascii(std::size_t column) const {
     const morandel_column& values = m_columns[column];
-    if (values.offsets == nullptr) return formula::is_ascii(text(column, 0));
     const std::size_t begin = offset(values, 0);
     return formula::is_ascii({values.text + begin, offset(values, m_rows) - begin});
 }

@@ -32,7 +32,7 @@ class Columns {
     // All of them; none where one is no column of numbers as wide as doubles are.
     [[nodiscard]] std::optional<std::vector<Blocks::Column>> numbers() const;
     [[nodiscard]] std::string_view text(std::size_t column, std::size_t row) const;
-    // Whether all texts of a column are the same bytes inside.
+    // Whether all texts of a column, and not of a single value, are the same bytes inside.
     [[nodiscard]] bool is_ascii(std::size_t column) const;
 
   private:

@@ -48,9 +48,6 @@ void Prepared::read_text() {
 }
 
 void Prepared::read_names(std::optional<std::span<const GivenName>> names) {
-    if (names && names->size() > most_names) {
-        refuse(MORANDEL_REASON_TOO_MANY_NAMES, std::to_string(names->size()));
-    }
     // What its places ask of each name, where there is no value for any.
     std::vector<FreeName> used;
     const auto is_told = [](const GivenName& name) { return name.type != MORANDEL_DEDUCED; };

@@ -61,12 +61,11 @@ std::string fill(std::string_view text, std::string_view about) {
 
 Report report_of_number(int number) {
     const auto message = error_message(number);
-    const auto english = english_error_message(number);
-    if (!message || !english) return report_of_reason(MORANDEL_REASON_NUMBERED);
+    if (!message) return report_of_reason(MORANDEL_REASON_NUMBERED);
     Report report;
     report.number = number;
     (void)to_utf8(*message, report.message);
-    report.english = *english;
+    report.english = *english_error_message(number);
     return report;
 }
 
