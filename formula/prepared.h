@@ -55,7 +55,7 @@ struct CheckFault {
 
 class Prepared {
   public:
-    // At most fifty names; without any list, all that the formula uses are its names. Throws Refused.
+    // At most fifty names; without a list, all that the formula uses. Throws Refused.
     Prepared(std::string_view text, std::optional<std::span<const GivenName>> names, int flags);
     Prepared(const Prepared&) = delete;
     Prepared& operator=(const Prepared&) = delete;
