@@ -22,12 +22,12 @@ void Pending::prepare(ArgumentStack<double>& numbers) {
     m_TempStr.drop_oldest(most);
     if (m_pushed_bytes <= most_bytes) return;
     m_pushed_bytes = 0;
-    kept = 0;
-    for (std::size_t bytes = 0; kept < m_TempStr.size(); ++kept) {
-        bytes += m_TempStr.from_top(kept).size();
+    std::size_t newest = 0;
+    for (std::size_t bytes = 0; newest < m_TempStr.size(); ++newest) {
+        bytes += m_TempStr.from_top(newest).size();
         if (bytes > most_bytes) break;
     }
-    m_TempStr.drop_oldest(kept);
+    m_TempStr.drop_oldest(newest);
     m_TempStr.each_spare([](PendingText& text) {
         constexpr std::size_t worth_keeping = 4096;
         if (text.room() > worth_keeping) text = PendingText();
