@@ -9,14 +9,9 @@ struct Basic;
 
 const BlockKernels& choose_kernels() {
 #if defined(__linux__) && defined(__x86_64__)
-    // Each with all that those before it have.
-    static constexpr const BlockKernels* widest[] = {&basic_kernels, &avx2_kernels,
-                                                     &avx512_kernels};
-    const bool has_avx2 =
-        (__builtin_cpu_supports("avx2") != 0) & (__builtin_cpu_supports("fma") != 0);
-    const bool has_avx512 = has_avx2 & (__builtin_cpu_supports("avx512f") != 0) &
-                            (__builtin_cpu_supports("avx512dq") != 0);
-    return *widest[int{has_avx2} + int{has_avx512}];
+    const bool has_avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+    const bool has_avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq");
+    return has_avx512 ? avx512_kernels : has_avx2 ? avx2_kernels : basic_kernels;
 #else
     return basic_kernels;
 #endif
