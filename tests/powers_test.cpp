@@ -47,6 +47,20 @@ TEST(Powers, NextToATieAreTheLibrarys) {
     }
 }
 
+// Where the places of a number are half as wide on one side.
+TEST(Powers, NextToPowersOfTwoAreTheLibrarys) {
+    for (const double exponent : {2.0, 3.0, 0.5, 1.5, 2.5}) {
+        for (int power = -100; power <= 100; ++power) {
+            double base = std::exp2(power / exponent);
+            for (int i = 0; i < 8; ++i) base = std::nextafter(base, 0.0);
+            for (int i = 0; i < 16; ++i) {
+                expect_as_the_library(base, exponent);
+                base = std::nextafter(base, HUGE_VAL);
+            }
+        }
+    }
+}
+
 TEST(Powers, OfTheLimitsAreTheLibrarys) {
     for (const double base :
          {0.0, -0.0, 1.0, -1.0, 2.0, -2.0, 1e-12, 1e12, -1e-12, -1e12, 1e-100, 1e100, 0x1p-1074,
