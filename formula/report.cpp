@@ -64,8 +64,9 @@ Report report_of_number(int number) {
     if (!message) return report_of_reason(MORANDEL_REASON_NUMBERED);
     Report report;
     report.number = number;
-    (void)to_utf8(*message, report.message);
     report.english = *english_error_message(number);
+    // Where the system cannot convert, rather English than a part.
+    if (to_utf8(*message, report.message)) report.message = report.english;
     return report;
 }
 

@@ -283,7 +283,8 @@ MORANDEL_API int morandel_formula_row_error(const morandel_formula* formula,
 MORANDEL_API int morandel_error_number(const morandel_error* error);
 /* One of MORANDEL_REASON_... */
 MORANDEL_API int morandel_error_reason(const morandel_error* error);
-/* In Chinese and in English; both end with a NUL besides their size, which may be NULL. */
+/* In Chinese and in English; both end with a NUL besides their size, which may be NULL. Where the
+   system cannot convert code page 936, the table's messages are in English either way. */
 MORANDEL_API const char* morandel_error_message(const morandel_error* error, size_t* size);
 MORANDEL_API const char* morandel_error_english(const morandel_error* error, size_t* size);
 /* The token at which the check or the evaluation failed; of a text that cannot be converted, the
