@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory>
 
+#include "base/floating_point.h"
 #include "base/numbers.h"
 
 namespace morandel::formula {
@@ -156,6 +157,7 @@ Report RowComputation::report() {
 void compute_columns(const Prepared& prepared, const Columns& columns, double* results,
                      unsigned char* status) {
     prepared.check_values(columns.count());
+    const DefaultFloatingPoint environment;
     std::optional<RowComputation> computation;
     const auto compute_row = [&](std::size_t row) {
         if (!computation) computation.emplace(prepared, columns);

@@ -27,7 +27,8 @@ class QuickCode {
     [[nodiscard]] bool compute(std::span<const double> values, double& result) const {
         if (values.size() != m_names) return false;
         const double value = m_begin == nullptr ? m_constant : run(values.data());
-        if (!is_ordinary(value)) return false;
+        // Not compared as what it is: here the host may trap what is no number.
+        if (is_set(beyond(value, range_bound))) return false;
         result = value;
         return true;
     }

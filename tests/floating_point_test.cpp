@@ -14,12 +14,46 @@
 #include <vector>
 
 #include <morandel.h>
+#include <morandel/formula.hpp>
 
 #ifdef __SSE2__
 #include <xmmintrin.h>
 #endif
 
 namespace {
+
+// What the prepared formula gives for a value, alone and in columns.
+std::vector<std::string> prepared_outcomes(const char* text, double value) {
+    std::vector<std::string> all;
+    const auto note = [&all](double number) {
+        all.push_back(std::to_string(std::bit_cast<std::uint64_t>(number)));
+    };
+    try {
+        const morandel::Formula formula(text, {"a"});
+        for (const morandel::Notice& notice : formula.warnings()) all.push_back(notice.message());
+        const std::vector<double> rows{value, 0.1, -value, value};
+        std::vector<double> numbers;
+        for (const unsigned char status : formula.columns({rows}, numbers)) note(status);
+        for (const double number : numbers) note(number);
+        const auto error = formula.row_error({rows}, 2);
+        all.emplace_back(error ? error->what() : "no error");
+        for (const unsigned char status : formula.columns({value}, 1, numbers.data())) note(status);
+        note(numbers.front());
+        std::vector<std::string> texts;
+        formula.columns({rows}, texts);
+        all.insert(all.end(), texts.begin(), texts.end());
+        const morandel::Result result = formula(value);
+        if (result.kind() == morandel::Kind::text) {
+            all.push_back(result.text());
+        } else {
+            note(result.number());
+            note(formula.compute_numbers(&value, 1));
+        }
+    } catch (const morandel::Error& error) {
+        all.emplace_back(error.what());
+    }
+    return all;
+}
 
 std::vector<std::string> outcomes() {
     constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -60,6 +94,8 @@ std::vector<std::string> outcomes() {
             note(e.GetResult(), e.m_StrResult + e.m_ErrorMessage);
             CExpressionCheck check;
             all.emplace_back(check.CheckExpression(formula) ? "faulty" : "well");
+            const std::vector<std::string> prepared = prepared_outcomes(formula, value);
+            all.insert(all.end(), prepared.begin(), prepared.end());
         }
         std::string text;
         morandel::number_to_text(value, -1, text);
@@ -101,6 +137,15 @@ TEST(FloatingPoint, AnyRounding) {
         expect_the_same_under([rounding] { ASSERT_EQ(std::fesetround(rounding), 0); });
     }
 }
+
+#ifdef __SSE2__
+TEST(FloatingPoint, NumbersNextToZeroAreZero) {
+    constexpr unsigned flush_results_and_operands = 0x8040;
+    const unsigned before = _mm_getcsr();
+    expect_the_same_under([=] { _mm_setcsr(before | flush_results_and_operands); });
+    _mm_setcsr(before);
+}
+#endif
 
 #ifdef __GLIBC__
 TEST(FloatingPoint, TrapsAreOn) {
