@@ -1,7 +1,9 @@
 // The calls of the C interface on columns.
 
+#include <algorithm>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "formula/handles.h"
 
@@ -22,7 +24,11 @@ int morandel_formula_columns(const morandel_formula* formula, const morandel_col
     return attempt(error, [&] {
         const Prepared& prepared = used(formula).prepared;
         if (rows > 0) (void)used(results);
-        compute_columns(prepared, Columns(items(columns, count), rows), results, status);
+        const Columns values(items(columns, count), rows);
+        // Rows are read, some of them twice, when others are written.
+        std::vector<double> apart(values.overlap(results, rows) ? rows : 0);
+        compute_columns(prepared, values, apart.empty() ? results : apart.data(), status);
+        std::ranges::copy(apart, results);
     });
 }
 

@@ -106,6 +106,25 @@ bool Columns::is_ascii(std::size_t column) const {
     return formula::is_ascii({values.text + begin, offset(values, m_rows) - begin});
 }
 
+bool Columns::overlap(const double* numbers, std::size_t count) const {
+    const auto address = [](const void* place) { return reinterpret_cast<std::uintptr_t>(place); };
+    const std::uintptr_t begin = address(numbers);
+    const std::uintptr_t end = begin + count * sizeof(double);
+    const auto touches = [=](std::uintptr_t from, std::uintptr_t to) {
+        return from < end && begin < to;
+    };
+    return std::ranges::any_of(m_columns, [&](const morandel_column& column) {
+        const std::uintptr_t text = address(column.text);
+        const std::uintptr_t offsets = address(column.offsets);
+        const std::uintptr_t first = address(column.numbers);
+        const std::uintptr_t last = first + (m_rows - 1) * column.stride;  // maybe before the first
+        return is_text_type(column.type)
+                   ? touches(text, text + column.size) ||
+                         touches(offsets, offsets + (m_rows + 1) * column.offset_size)
+                   : touches(std::min(first, last), std::max(first, last) + sizeof(double));
+    });
+}
+
 RowComputation::RowComputation(const Prepared& prepared, const Columns& columns,
                                bool wants_all_rows)
     : m_prepared(prepared), m_columns(columns), m_rooms(columns.count()) {

@@ -34,6 +34,8 @@ class Columns {
     [[nodiscard]] std::string_view text(std::size_t column, std::size_t row) const;
     // Whether all texts of a column, and not of a single value, are the same bytes inside.
     [[nodiscard]] bool is_ascii(std::size_t column) const;
+    // Whether what is written to so many numbers changes a value.
+    [[nodiscard]] bool overlap(const double* numbers, std::size_t count) const;
 
   private:
     [[nodiscard]] std::size_t offset(const morandel_column& column, std::size_t index) const;

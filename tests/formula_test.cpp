@@ -583,6 +583,71 @@ TEST(Formula, ASingleNumberIsSeenWith20Decimals) {
     EXPECT_EQ(results, (std::vector<double>{1.0, 2.0}));
 }
 
+// In the place of a column or partly, of the offsets of texts or of a value for all rows; also
+// where a row among them has to be computed again.
+TEST(Formula, ColumnsMayBeOverwrittenByResults) {
+    constexpr std::size_t rows = 1000;
+    std::vector<double> numbers(rows + 2);
+    for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<double>(i) / 4.0;
+    numbers[5] = 1e-30;
+    numbers[700] = HUGE_VAL;
+    const Formula f("a*2+b+strlen(\"\")", {"a", "b"});
+    const Formula of_numbers("a*2+b", {"a", "b"});
+    for (const Formula& formula : {f, of_numbers}) {
+        const auto compute = [&](const Column& a, const Column& b, double* results) {
+            const auto status = formula.columns({a, b}, rows, results);
+            std::vector<double> all(results, results + rows);
+            all.insert(all.end(), status.begin(), status.end());
+            return all;
+        };
+        std::vector<double> apart(rows);
+        const Column column(numbers.data() + 1, rows);
+        const auto wanted = compute(column, 0.25, apart.data());
+        for (const std::size_t place : {0U, 1U, 2U}) {
+            std::vector<double> changing = numbers;
+            const Column values(changing.data() + 1, rows);
+            EXPECT_EQ(compute(values, 0.25, changing.data() + place), wanted) << place;
+        }
+        // From the last to the first, and one value that lies among the results.
+        const std::size_t back = std::size_t{0} - sizeof(double);
+        const Column backwards(numbers.data() + rows, rows, back);
+        const auto wanted_backwards = compute(backwards, 0.25, apart.data());
+        std::vector<double> changing = numbers;
+        const Column values(changing.data() + rows, rows, back);
+        EXPECT_EQ(compute(values, 0.25, changing.data() + 1), wanted_backwards);
+        apart[1] = 0.25;
+        EXPECT_EQ(compute(column, Column(apart.data() + 1, rows, 0), apart.data()), wanted);
+    }
+}
+
+TEST(Formula, TextsAndTheirOffsetsMayBeOverwrittenByResults) {
+    constexpr std::size_t rows = 40;
+    constexpr std::size_t width = sizeof(double);
+    const Formula number("s2r(s)", {{"s", Kind::text}});
+    std::string bytes;
+    std::vector<std::uint64_t> offsets{0};
+    std::vector<double> wanted;
+    for (std::size_t i = 0; i < rows; ++i) {
+        bytes += std::to_string(10000000 + i);
+        offsets.push_back(bytes.size());
+        wanted.push_back(static_cast<double>(10000000 + i));
+    }
+    std::vector<double> room(rows + 1);
+    const auto compute = [&](const void* text, const void* its_offsets) {
+        const morandel_column column{
+            MORANDEL_TEXT, nullptr, 0,           static_cast<const char*>(text),
+            its_offsets,   width,   bytes.size()};
+        EXPECT_EQ(morandel_formula_columns(number.handle(), &column, 1, rows, room.data() + 1,
+                                           nullptr, nullptr),
+                  1);
+        return std::vector<double>(room.begin() + 1, room.end());
+    };
+    std::memcpy(room.data(), offsets.data(), width * offsets.size());
+    EXPECT_EQ(compute(bytes.data(), room.data()), wanted);
+    std::memcpy(room.data(), bytes.data(), bytes.size());
+    EXPECT_EQ(compute(room.data(), offsets.data()), wanted);
+}
+
 TEST(Formula, ColumnsTellWhatBecomesOfEachRow) {
     const std::vector<std::string> names{"苹果", "😀", "梨"};
     const Formula f("strsub(s, 1, n)", {"s", "n"});

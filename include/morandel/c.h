@@ -253,7 +253,8 @@ enum {
 
 /* Computes a number for each row, by columns of values in the order of the names. results and
    status have room for all rows; a failed row gives 0.0. The same bits as row by row. Succeeds
-   whatever becomes of the rows; fails where a column is not as told above. status may be NULL. */
+   whatever becomes of the rows; fails where a column is not as told above. status may be NULL.
+   results may overlap a column, and are gathered apart then; status may not. */
 MORANDEL_API int morandel_formula_columns(const morandel_formula* formula,
                                           const morandel_column* columns, size_t count, size_t rows,
                                           double* results, unsigned char* status,
