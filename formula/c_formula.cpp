@@ -157,5 +157,5 @@ double morandel_result_number(const morandel_result* result) {
 
 const char* morandel_result_text(const morandel_result* result, size_t* size) {
     static const std::string nothing;
-    return give_text(result == nullptr ? nothing : result->result.text, size);
+    return give_text(result == nullptr ? nothing : result->result.text(), size);
 }

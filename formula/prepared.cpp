@@ -172,7 +172,6 @@ const Blocks* Prepared::blocks(Kinds texts) const {
 
 bool Prepared::compute(std::span<const morandel_value> values, Result& result,
                        bool tells_why) const {
-    result.clear();
     if (!has_all_values(values.size())) {
         if (tells_why) check_values(values.size());
         return false;
@@ -202,8 +201,8 @@ bool Prepared::compute(std::span<const morandel_value> values, Result& result,
         return false;
     }
     const Value& value = computation.value();
-    if (const auto problem = to_outside(value.text, result.text)) {
-        result.clear();
+    if (const auto problem = to_outside(value.text, result.text())) {
+        result.text().clear();
         if (tells_why) throw Refused{report_of_text(*problem, value.text)};
         return false;
     }

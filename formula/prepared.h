@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstddef>
 #include <memory>
@@ -30,16 +31,24 @@ struct Name {
 };
 
 // A computed value; its text as callers see it.
-struct Result {
+class Result {
+  public:
     int type = MORANDEL_INTEGER;
     double number = 0.0;
-    std::string text;
 
+    [[nodiscard]] const std::string& text() const { return m_texts[m_current]; }
+    [[nodiscard]] std::string& text() { return m_texts[m_current]; }
+    // The text before stays until the next time, since values of what comes may lie in it.
     void clear() {
         type = MORANDEL_INTEGER;
         number = 0.0;
-        text.clear();
+        m_current = 1 - m_current;
+        text().clear();
     }
+
+  private:
+    std::array<std::string, 2> m_texts;
+    std::size_t m_current = 0;
 };
 
 // What the checker finds.
@@ -65,7 +74,7 @@ class Prepared {
     // The place of a name, or -1.
     [[nodiscard]] int find_name(std::string_view text) const;
 
-    // Throws Refused.
+    // Into a result that is cleared. Throws Refused.
     void compute(std::span<const morandel_value> values, Result& result) const;
     // The same, but says only that it failed.
     [[nodiscard]] bool try_compute(std::span<const morandel_value> values, Result& result) const;

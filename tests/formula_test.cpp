@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -581,6 +582,38 @@ TEST(Formula, ASingleNumberIsSeenWith20Decimals) {
     std::vector<double> results;
     (void)Formula("n*10^30+m", {"n", "m"}).columns({1e-25, std::vector<double>{1.0, 2.0}}, results);
     EXPECT_EQ(results, (std::vector<double>{1.0, 2.0}));
+}
+
+// As a value, and as a formula, of the use that takes its place; short texts and long ones.
+TEST(Formula, ATextOfAResultMayBeAValueOfItsNextUse) {
+    struct FreeResult {
+        void operator()(morandel_result* result) const { morandel_result_free(result); }
+    };
+    const std::unique_ptr<morandel_result, FreeResult> result(morandel_result_create());
+    const auto text = [&] {
+        std::size_t size = 0;
+        const char* bytes = morandel_result_text(result.get(), &size);
+        return morandel_text(bytes, size);
+    };
+    const Formula f("strcat(s, \"果x\", s)", {{"s", Kind::text}});
+    std::string wanted = "苹";
+    morandel_value value = morandel_text(wanted.data(), wanted.size());
+    for (int i = 0; i < 8; ++i) {
+        ASSERT_EQ(morandel_formula_compute(f.handle(), &value, 1, result.get(), nullptr), 1);
+        wanted += "果x" + wanted;
+        value = text();
+        EXPECT_EQ(std::string(value.text, value.size), wanted);
+    }
+    const auto compute = [&](const std::string& formula) {
+        const int succeeded = morandel_evaluate(formula.data(), formula.size(), nullptr, nullptr, 0,
+                                                result.get(), nullptr);
+        return succeeded == 1 ? text() : morandel_value{};
+    };
+    const morandel_value formula = compute("strcat(\"str\", \"len(r2s(1234))\")");
+    ASSERT_EQ(
+        morandel_evaluate(formula.text, formula.size, nullptr, nullptr, 0, result.get(), nullptr),
+        1);
+    EXPECT_EQ(morandel_result_number(result.get()), 4.0);
 }
 
 // In the place of a column or partly, of the offsets of texts or of a value for all rows; also

@@ -226,7 +226,7 @@ MORANDEL_API int morandel_result_type(const morandel_result* result);
 /* 0.0 after a failure; of a text whatever number goes with it. */
 MORANDEL_API double morandel_result_number(const morandel_result* result);
 /* Ends with a NUL besides its size, which may be NULL; empty where the result is no text. Lives
-   until the result is used again. */
+   until the result has been used again, so a value of that use may be this text. */
 MORANDEL_API const char* morandel_result_text(const morandel_result* result, size_t* size);
 
 /* ---- Columns ---- */
