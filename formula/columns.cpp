@@ -18,6 +18,11 @@ std::size_t read_offset(const void* offsets, std::size_t index) {
     return static_cast<std::size_t>(offset);
 }
 
+// In bytes; columns may go backwards.
+std::ptrdiff_t stride_of(const morandel_column& column) {
+    return static_cast<std::ptrdiff_t>(column.stride);
+}
+
 // What a row's result is where a number, or a text, is wanted.
 unsigned char status_for(unsigned char status, const Value& value, bool wants_text) {
     if (status != MORANDEL_ROW_OK) return status;
@@ -72,7 +77,8 @@ double Columns::number(std::size_t column, std::size_t row) const {
     const morandel_column& values = m_columns[column];
     double number = 0.0;
     const char* first = reinterpret_cast<const char*>(values.numbers);
-    std::memcpy(&number, first + row * values.stride, sizeof number);
+    std::memcpy(&number, first + static_cast<std::ptrdiff_t>(row) * stride_of(values),
+                sizeof number);
     return number;
 }
 
@@ -87,8 +93,7 @@ std::optional<std::vector<Blocks::Column>> Columns::numbers() const {
         const bool is_kept =
             column.stride != 0 || through_decimals(*column.numbers) == *column.numbers;
         if (!is_kept) return std::nullopt;
-        all.push_back(
-            {column.numbers, static_cast<std::ptrdiff_t>(column.stride / sizeof(double))});
+        all.push_back({column.numbers, stride_of(column) / std::ptrdiff_t{sizeof(double)}});
     }
     return all;
 }

@@ -85,7 +85,7 @@ struct FreeResult {
     void operator()(morandel_result* result) const { morandel_result_free(result); }
 };
 
-// Both ways of computing, for these values.
+// All ways of computing, for these values.
 void compare(const std::string& text, const morandel_formula* formula, const Given& given) {
     static const std::unique_ptr<morandel_result, FreeResult> result(morandel_result_create());
     std::vector<morandel_value> list;
@@ -101,6 +101,19 @@ void compare(const std::string& text, const morandel_formula* formula, const Giv
     ASSERT_TRUE((std::isnan(found) && std::isnan(number)) ||
                 std::bit_cast<std::uint64_t>(found) == std::bit_cast<std::uint64_t>(number))
         << text << " gives " << found << ", not " << number;
+    std::vector<morandel_column> columns;
+    for (const double& value : given.values) {
+        columns.push_back({MORANDEL_NUMBER, &value, sizeof value, nullptr, nullptr, 0, 0});
+    }
+    double row = 99.0;
+    std::uint8_t status = 99;
+    ASSERT_EQ(morandel_formula_columns(formula, columns.data(), columns.size(), 1, &row, &status,
+                                       nullptr),
+              1);
+    EXPECT_EQ(status, wanted == 1 ? MORANDEL_ROW_OK : MORANDEL_ROW_FAILED) << text;
+    ASSERT_TRUE((std::isnan(row) && std::isnan(number)) ||
+                std::bit_cast<std::uint64_t>(row) == std::bit_cast<std::uint64_t>(number))
+        << text << " by columns gives " << row << ", not " << number;
 }
 
 void compare_for_many(const std::string& text, Given& given, std::mt19937_64& random,

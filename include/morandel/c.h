@@ -235,7 +235,8 @@ MORANDEL_API const char* morandel_result_text(const morandel_result* result, siz
 typedef struct morandel_column {
     int type;              /* MORANDEL_NUMBER or MORANDEL_TEXT */
     const double* numbers; /* of the first row */
-    size_t stride;         /* bytes from a row's number to the next one's; 0: one for all rows */
+    size_t stride;         /* bytes from a row's number to the next one's, (size_t)-8 for the
+                              double before it; 0: one for all rows */
     const char* text;      /* the texts of all rows, one after the other */
     const void* offsets;   /* where each begins, and the last one ends: rows + 1 integers; NULL:
                               one text for all rows */
