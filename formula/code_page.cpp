@@ -195,7 +195,7 @@ std::string_view bytes_of(std::string_view utf8, std::string& room,
 
 Report report_of_text(const Inconvertible& problem, std::string_view text) {
     std::string about(text.substr(problem.offset, problem.size));
-    if (problem.reason != MORANDEL_REASON_NO_CHARACTER && problem.size > 0) {
+    if (problem.reason != MORANDEL_REASON_NO_CHARACTER) {
         std::array<char, 8> name{};
         std::snprintf(name.data(), name.size(), "0x%02X", byte_at(text, problem.offset));
         about = name.data();

@@ -554,6 +554,12 @@ TEST(Formula, ColumnsComeInTheLayoutsThatToolsShare) {
     (void)Formula("strsub(s, 1, 4)", {"s"})
         .columns({Column(first.data(), offsets.data(), 3)}, texts);
     EXPECT_EQ(texts, (std::vector<std::string>{"苹果", "a", "bc"}));
+    // The first offset need not be 0, nor what lies before it like what is there.
+    const std::string behind = "0123456789abcdef苹果";
+    const std::vector<std::int32_t> far{8, 14};
+    (void)Formula("strsub(s, 1, 4)", {"s"})
+        .columns({Column(behind.data() + 8, far.data(), 1)}, texts);
+    EXPECT_EQ(texts, (std::vector<std::string>{"苹果"}));
     // More rows than their room is told from.
     const std::vector<std::string> many(100, "梨");
     (void)Formula("strcat(s, s, k)", {"s", "k"}).columns({many, "·"}, texts);
@@ -620,7 +626,7 @@ TEST(Formula, ATextOfAResultMayBeAValueOfItsNextUse) {
 // where a row among them has to be computed again.
 TEST(Formula, ColumnsMayBeOverwrittenByResults) {
     constexpr std::size_t rows = 1000;
-    std::vector<double> numbers(rows + 2);
+    std::vector<double> numbers(2 * rows + 1);
     for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<double>(i) / 4.0;
     numbers[5] = 1e-30;
     numbers[700] = HUGE_VAL;
@@ -636,7 +642,7 @@ TEST(Formula, ColumnsMayBeOverwrittenByResults) {
         std::vector<double> apart(rows);
         const Column column(numbers.data() + 1, rows);
         const auto wanted = compute(column, 0.25, apart.data());
-        for (const std::size_t place : {0U, 1U, 2U}) {
+        for (const std::size_t place : {std::size_t{0}, std::size_t{1}, std::size_t{2}, rows}) {
             std::vector<double> changing = numbers;
             const Column values(changing.data() + 1, rows);
             EXPECT_EQ(compute(values, 0.25, changing.data() + place), wanted) << place;
@@ -665,20 +671,25 @@ TEST(Formula, TextsAndTheirOffsetsMayBeOverwrittenByResults) {
         offsets.push_back(bytes.size());
         wanted.push_back(static_cast<double>(10000000 + i));
     }
-    std::vector<double> room(rows + 1);
-    const auto compute = [&](const void* text, const void* its_offsets) {
+    std::vector<double> room(2 * rows + 1);
+    const auto compute = [&](const void* text, const void* its_offsets, std::size_t place) {
         const morandel_column column{
             MORANDEL_TEXT, nullptr, 0,           static_cast<const char*>(text),
             its_offsets,   width,   bytes.size()};
-        EXPECT_EQ(morandel_formula_columns(number.handle(), &column, 1, rows, room.data() + 1,
-                                           nullptr, nullptr),
-                  1);
-        return std::vector<double>(room.begin() + 1, room.end());
+        double* const results = room.data() + place;
+        EXPECT_EQ(
+            morandel_formula_columns(number.handle(), &column, 1, rows, results, nullptr, nullptr),
+            1);
+        return std::vector<double>(results, results + rows);
     };
-    std::memcpy(room.data(), offsets.data(), width * offsets.size());
-    EXPECT_EQ(compute(bytes.data(), room.data()), wanted);
-    std::memcpy(room.data(), bytes.data(), bytes.size());
-    EXPECT_EQ(compute(room.data(), offsets.data()), wanted);
+    for (const std::size_t place : {std::size_t{1}, rows - 1, rows}) {
+        std::memcpy(room.data(), offsets.data(), width * offsets.size());
+        EXPECT_EQ(compute(bytes.data(), room.data(), place), wanted) << place;
+    }
+    for (const std::size_t place : {std::size_t{1}, rows - 1}) {
+        std::memcpy(room.data(), bytes.data(), bytes.size());
+        EXPECT_EQ(compute(room.data(), offsets.data(), place), wanted) << place;
+    }
 }
 
 TEST(Formula, ColumnsTellWhatBecomesOfEachRow) {

@@ -115,6 +115,8 @@ TEST(Numbers, TextOutOfRangeIsInfinityOrZero) {
     EXPECT_EQ(text_to_number(many_nines), std::numeric_limits<double>::infinity());
     EXPECT_EQ(text_to_number("0." + std::string(400, '0') + "1"), 0.0);
     EXPECT_EQ(text_to_number("0." + std::string(400, '0') + "1e400"), 0.1);
+    EXPECT_EQ(text_to_number("0." + std::string(400, '0') + "1e+900"),
+              std::numeric_limits<double>::infinity());
     EXPECT_EQ(text_to_number(many_nines + "e-400"), 1.0);
 }
 
