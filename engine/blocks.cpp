@@ -135,7 +135,9 @@ bool Blocks::read(Room& room, const Parameter& parameter, std::size_t first, std
     const double* next = column.values + static_cast<std::ptrdiff_t>(first) * column.stride;
     buffer = next;
     if (column.stride != 1) {
-        for (std::size_t i = 0; i < count; ++i, next += column.stride) copy[i] = *next;
+        for (std::size_t i = 0; i < count; ++i) {
+            copy[i] = next[static_cast<std::ptrdiff_t>(i) * column.stride];
+        }
         buffer = copy;
     }
     if (values == Values::any) {

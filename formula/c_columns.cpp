@@ -26,7 +26,7 @@ int morandel_formula_columns(const morandel_formula* formula, const morandel_col
         if (rows > 0) (void)used(results);
         const Columns values(items(columns, count), rows);
         // Rows are read, some of them twice, when others are written.
-        std::vector<double> apart(values.overlap(results, rows) ? rows : 0);
+        std::vector<double> apart(rows > 0 && values.overlap(results, rows) ? rows : 0);
         compute_columns(prepared, values, apart.empty() ? results : apart.data(), status);
         std::ranges::copy(apart, results);
     });

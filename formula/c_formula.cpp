@@ -42,8 +42,10 @@ int compute_numbers(const morandel_formula* formula, const double* numbers, std:
     bool succeeded = false;
     const int completed = attempt(nullptr, [&] {
         double& room = used(result);
-        room = 0.0;
-        succeeded = used(formula).prepared.compute_numbers(items(numbers, count), room);
+        // Which may be one of the numbers.
+        double computed = 0.0;
+        succeeded = used(formula).prepared.compute_numbers(items(numbers, count), computed);
+        room = computed;
     });
     return completed == 1 && succeeded ? 1 : 0;
 }
@@ -157,5 +159,6 @@ double morandel_result_number(const morandel_result* result) {
 
 const char* morandel_result_text(const morandel_result* result, size_t* size) {
     static const std::string nothing;
-    return give_text(result == nullptr ? nothing : result->result.text(), size);
+    const bool has_text = result != nullptr && result->result.type == MORANDEL_TEXT;
+    return give_text(has_text ? result->result.text() : nothing, size);
 }

@@ -23,6 +23,14 @@ std::ptrdiff_t stride_of(const morandel_column& column) {
     return static_cast<std::ptrdiff_t>(column.stride);
 }
 
+// Room that texts are expected to need; without it they grow as they come.
+void try_reserve(std::string& texts, std::size_t size) {
+    try {
+        texts.reserve(size);
+    } catch (const std::exception&) {
+    }
+}
+
 // What a row's result is where a number, or a text, is wanted.
 unsigned char status_for(unsigned char status, const Value& value, bool wants_text) {
     if (status != MORANDEL_ROW_OK) return status;
@@ -54,6 +62,7 @@ void Columns::check_offsets(const morandel_column& column) const {
     if (column.offset_size != sizeof(std::int32_t) && column.offset_size != sizeof(std::int64_t)) {
         refuse_misuse("offset_size");
     }
+    if (column.size == MORANDEL_TERMINATED) refuse_misuse("size");
     std::size_t before = offset(column, 0);
     for (std::size_t row = 1; row <= m_rows; ++row) {
         const std::size_t next = offset(column, row);
@@ -106,6 +115,7 @@ std::string_view Columns::text(std::size_t column, std::size_t row) const {
 }
 
 bool Columns::is_ascii(std::size_t column) const {
+    if (m_rows == 0) return true;
     const morandel_column& values = m_columns[column];
     const std::size_t begin = offset(values, 0);
     return formula::is_ascii({values.text + begin, offset(values, m_rows) - begin});
@@ -120,11 +130,13 @@ bool Columns::overlap(const double* numbers, std::size_t count) const {
     };
     return std::ranges::any_of(m_columns, [&](const morandel_column& column) {
         const std::uintptr_t text = address(column.text);
+        const bool is_one_text = column.offsets == nullptr;
+        const std::size_t size = is_one_text ? view(column.text, column.size).size() : column.size;
         const std::uintptr_t offsets = address(column.offsets);
         const std::uintptr_t first = address(column.numbers);
         const std::uintptr_t last = first + (m_rows - 1) * column.stride;  // maybe before the first
         return is_text_type(column.type)
-                   ? touches(text, text + column.size) ||
+                   ? touches(text, text + size) ||
                          touches(offsets, offsets + (m_rows + 1) * column.offset_size)
                    : touches(std::min(first, last), std::max(first, last) + sizeof(double));
     });
@@ -139,8 +151,8 @@ RowComputation::RowComputation(const Prepared& prepared, const Columns& columns,
         if (!columns.is_single(i)) {
             m_changing.push_back(i);
             m_is_ascii[i] = wants_all_rows && columns.texts()[i] && columns.is_ascii(i);
-        } else if (columns.rows() > 0 && !set(i, 0)) {
-            m_has_broken_single = true;
+        } else if (columns.rows() > 0 && !m_broken_single && !set(i, 0)) {
+            m_broken_single = m_problem;
         }
     }
 }
@@ -166,16 +178,20 @@ bool RowComputation::set(std::size_t column, std::size_t row) {
 }
 
 unsigned char RowComputation::run(std::size_t row) {
-    if (m_has_broken_single) return MORANDEL_ROW_NO_TEXT;
     m_problem.reset();
     for (const std::size_t column : m_changing) {
+        // The first value that does not convert is the one that is told of.
+        if (m_broken_single && static_cast<int>(column) > m_broken_single->value) break;
         if (!set(column, row)) return MORANDEL_ROW_NO_TEXT;
     }
+    if (m_broken_single) return MORANDEL_ROW_NO_TEXT;
     return m_computation->run() ? MORANDEL_ROW_OK : MORANDEL_ROW_FAILED;
 }
 
 Report RowComputation::report() {
-    return m_problem ? *m_problem : m_prepared.report_of_failure(m_computation->fault());
+    if (m_problem) return *m_problem;
+    return m_broken_single ? *m_broken_single
+                           : m_prepared.report_of_failure(m_computation->fault());
 }
 
 void compute_columns(const Prepared& prepared, const Columns& columns, double* results,
@@ -209,7 +225,7 @@ Texts compute_text_columns(const Prepared& prepared, const Columns& columns,
         const std::size_t begin = texts.bytes.size();
         // What the first rows take, the others are expected to take.
         constexpr std::size_t first_rows = 32;
-        if (row == first_rows) texts.bytes.reserve(begin / row * columns.rows() / 8 * 9);
+        if (row == first_rows) try_reserve(texts.bytes, begin / row * columns.rows() / 8 * 9);
         unsigned char found = status_for(computation.run(row), computation.value(), true);
         if (found == MORANDEL_ROW_OK &&
             prepared.to_outside(computation.value().text, texts.bytes).has_value()) {

@@ -22,10 +22,10 @@ Prepared::Prepared(std::string_view text, std::optional<std::span<const GivenNam
     read_names(names);
     m_recording.emplace(m_formula, m_inside, m_texts);
     if (m_recording->refusal()) throw Refused{report_of(*m_recording->refusal())};
-    m_quick_code = m_recording->quick_code();
     for (const FreeName& name : m_recording->free_names()) {
         m_free_names.push_back({outside(name.name), name.type});
     }
+    if (has_all_values(m_names.size())) m_quick_code = m_recording->quick_code();
 }
 
 void Prepared::read_text() {
@@ -48,35 +48,40 @@ void Prepared::read_text() {
 }
 
 void Prepared::read_names(std::optional<std::span<const GivenName>> names) {
-    // What its places ask of each name, where there is no value for any.
+    const auto given = names.value_or(std::span<const GivenName>());
+    for (const GivenName& name : given) read_name(name.text);
+    // What its places ask of each name, where there is no value for any, but for those that are
+    // too long for that.
     std::vector<FreeName> used;
     const auto is_told = [](const GivenName& name) { return name.type != MORANDEL_DEDUCED; };
-    if (!names || !std::ranges::all_of(*names, is_told)) {
-        const std::vector<std::string> none;
-        used = Recording(m_formula, none, {}).free_names();
+    if (!names || !std::ranges::all_of(given, is_told)) {
+        std::vector<std::string> valued = m_inside;
+        std::erase_if(valued, [](const auto& name) { return name.size() <= longest_free_name; });
+        used = Recording(m_formula, valued, {}).free_names();
     }
-    if (!names) {
-        if (used.size() > most_names) {
-            refuse(MORANDEL_REASON_TOO_MANY_NAMES, std::to_string(used.size()));
-        }
-        for (const FreeName& name : used) {
-            m_inside.push_back(name.name);
-            add_name(outside(name.name), MORANDEL_DEDUCED, name.type);
-        }
-        return;
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const auto use = std::ranges::find(used, m_inside[i], &FreeName::name);
+        add_name(given[i].text, given[i].type, use != used.end() ? use->type : MORANDEL_NUMBER);
     }
-    for (const GivenName& name : *names) {
-        std::string room;
-        std::string_view bytes;
-        if (const auto problem = to_inside(name.text, room, bytes)) {
-            Report report = report_of_text(*problem, name.text);
-            report.value = static_cast<int>(m_names.size());
-            throw Refused{report};
-        }
-        m_inside.emplace_back(bytes);
-        const auto use = std::ranges::find(used, m_inside.back(), &FreeName::name);
-        add_name(name.text, name.type, use != used.end() ? use->type : MORANDEL_NUMBER);
+    if (names) return;
+    if (used.size() > most_names) {
+        refuse(MORANDEL_REASON_TOO_MANY_NAMES, std::to_string(used.size()));
     }
+    for (const FreeName& name : used) {
+        m_inside.push_back(name.name);
+        add_name(outside(name.name), MORANDEL_DEDUCED, name.type);
+    }
+}
+
+void Prepared::read_name(std::string_view name) {
+    std::string room;
+    std::string_view bytes;
+    if (const auto problem = to_inside(name, room, bytes)) {
+        Report report = report_of_text(*problem, name);
+        report.value = static_cast<int>(m_inside.size());
+        throw Refused{report};
+    }
+    m_inside.emplace_back(bytes);
 }
 
 void Prepared::add_name(std::string_view text, int type, int deduced) {
@@ -201,8 +206,10 @@ bool Prepared::compute(std::span<const morandel_value> values, Result& result,
         return false;
     }
     const Value& value = computation.value();
-    if (const auto problem = to_outside(value.text, result.text())) {
-        result.text().clear();
+    // A number keeps the text of an operand.
+    const auto problem =
+        value.type == type_text ? to_outside(value.text, result.text()) : std::nullopt;
+    if (problem) {
         if (tells_why) throw Refused{report_of_text(*problem, value.text)};
         return false;
     }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -36,6 +37,7 @@ class Result {
     int type = MORANDEL_INTEGER;
     double number = 0.0;
 
+    // Where it is a text.
     [[nodiscard]] const std::string& text() const { return m_texts[m_current]; }
     [[nodiscard]] std::string& text() { return m_texts[m_current]; }
     // The text before stays until the next time, since values of what comes may lie in it.
@@ -108,6 +110,11 @@ class Prepared {
     [[nodiscard]] morandel_position position(Extent extent) const;
     void read_text();
     void read_names(std::optional<std::span<const GivenName>> names);
+    void read_name(std::string_view name);
+    [[nodiscard]] bool is_first_of_name(std::size_t place) const {
+        return std::ranges::find(m_inside, m_inside[place]) - m_inside.begin() ==
+               static_cast<std::ptrdiff_t>(place);
+    }
     void add_name(std::string_view text, int type, int deduced);
     [[nodiscard]] std::string outside(std::string_view bytes) const;
     [[nodiscard]] std::string about(const Fault& fault) const;

@@ -68,6 +68,8 @@ class Recording {
     // The calls that want more further arguments than there can be, whatever the values.
     [[nodiscard]] std::vector<Extent> short_calls() const;
 
+    [[nodiscard]] bool uses(std::string_view name) const { return find_name(name).end != 0; }
+
     // The token that ends so many bytes from the start, or the one before it.
     [[nodiscard]] Extent token_ending_at(std::size_t end, bool before) const;
     // The last one that begins there or before and is wanted, or else the first that is.

@@ -76,7 +76,7 @@ std::vector<CheckFault> Prepared::check() const {
     check.SetNumberOfPara(static_cast<int>(m_told_numbers.count()));
     int index = 0;
     for (std::size_t i = 0; i < m_inside.size(); ++i) {
-        if (!m_told_numbers[i]) continue;
+        if (!m_told_numbers[i] || !is_first_of_name(i)) continue;
         MYPARA number{m_inside[i], 0.0, ""};
         check.SetPara(&number, ++index, false);
     }
@@ -95,10 +95,21 @@ std::vector<CheckFault> Prepared::check() const {
 // As though each name had a value: without one, the computation ends there.
 void Prepared::add_warnings_of_computing(const std::vector<CheckFault>& faults,
                                          std::vector<Report>& reports) const {
-    std::vector<std::string> names = m_inside;
-    for (const FreeName& name : m_recording->free_names()) names.push_back(name.name);
+    std::vector<std::string> names;
+    std::vector<bool> texts;
+    for (std::size_t i = 0; i < m_inside.size(); ++i) {
+        if (!is_first_of_name(i) || !m_recording->uses(m_inside[i])) continue;
+        names.push_back(m_inside[i]);
+        texts.push_back(m_texts[i]);
+    }
+    for (const FreeName& name : m_recording->free_names()) {
+        names.push_back(name.name);
+        texts.push_back(name.type == type_text);
+    }
     if (names.size() > most_names) return;
-    const Recording recording(m_formula, names, m_texts);
+    Kinds kinds;
+    for (std::size_t i = 0; i < names.size(); ++i) kinds[i] = texts[i];
+    const Recording recording(m_formula, names, kinds);
     for (const Extent call : recording.short_calls()) {
         const auto is_told = [call](const CheckFault& f) { return f.where.begin == call.begin; };
         if (std::ranges::any_of(faults, is_told)) continue;

@@ -203,8 +203,9 @@ MORANDEL_API int morandel_formula_compute(const morandel_formula* formula,
                                           morandel_result* result, morandel_error** error);
 
 /* The same for numbers alone, where the result is a number: the quickest way, which allocates
-   nothing where all names are numbers and the formula works on numbers alone. 0 where it fails;
-   morandel_formula_compute tells why. */
+   nothing where all names are numbers and the formula has operators and functions of one number
+   alone. *result may be one of the numbers. 0 where it fails; morandel_formula_compute tells
+   why. */
 MORANDEL_API int morandel_formula_compute_numbers(const morandel_formula* formula,
                                                   const double* numbers, size_t count,
                                                   double* result);

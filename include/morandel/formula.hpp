@@ -12,6 +12,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
@@ -287,7 +288,7 @@ class Column {
     [[nodiscard]] std::optional<std::size_t> rows() const { return m_rows; }
     [[nodiscard]] morandel_column column() const {
         morandel_column column = m_column;
-        if (column.type == MORANDEL_NUMBER && column.numbers == nullptr) column.numbers = &m_single;
+        if (column.type == MORANDEL_NUMBER && !m_rows) column.numbers = &m_single;
         return column;
     }
 
@@ -355,8 +356,11 @@ class Formula {
             list[static_cast<std::size_t>(place)] = argument.value.value();
             is_given[static_cast<std::size_t>(place)] = true;
         }
-        for (std::size_t i = 0; i < is_given.size(); ++i) {
-            if (!is_given[i]) throw std::invalid_argument("no value for " + names()[i].text);
+        if (std::find(is_given.begin(), is_given.end(), false) != is_given.end()) {
+            for (const Name& name : names()) {  // one that stands twice is the first
+                if (is_given[static_cast<std::size_t>(find(name.text))]) continue;
+                throw std::invalid_argument("no value for " + name.text);
+            }
         }
         return compute(list.data(), list.size());
     }
@@ -382,8 +386,14 @@ class Formula {
     // As many rows as the columns have.
     std::vector<unsigned char> columns(const std::vector<Column>& values,
                                        std::vector<double>& results) const {
-        results.resize(rows_of(values));
-        return columns(values, results.size(), results.data());
+        const std::size_t rows = rows_of(values);
+        // Values may lie in the results, which do not move before they are read.
+        std::vector<double> larger(results.capacity() < rows ? rows : 0);
+        std::vector<double>& made = larger.empty() ? results : larger;
+        made.resize(rows);
+        std::vector<unsigned char> status = columns(values, rows, made.data());
+        if (!larger.empty()) results.swap(larger);
+        return status;
     }
     // A text for each row.
     std::vector<unsigned char> columns(const std::vector<Column>& values,
@@ -408,7 +418,7 @@ class Formula {
     // Why a row fails; nothing where it does not.
     [[nodiscard]] std::optional<Error> row_error(const std::vector<Column>& values, std::size_t row,
                                                  Kind wants = Kind::number) const {
-        const std::size_t rows = rows_of(values);
+        const std::size_t rows = row + 1;
         const std::vector<morandel_column> list = checked(values, rows);
         morandel_error* error = nullptr;
         if (morandel_formula_row_error(m_formula.get(), list.data(), list.size(), rows, row,
@@ -507,8 +517,10 @@ class Formula {
     // Tells why it fails.
     [[nodiscard]] double compute_slowly(const double* numbers, std::size_t count) const {
         std::vector<morandel_value> list;
-        for (std::size_t i = 0; i < count; ++i) list.push_back(morandel_number(numbers[i]));
-        return compute(list.data(), count).number();
+        for (std::size_t i = 0; numbers != nullptr && i < count; ++i) {
+            list.push_back(morandel_number(numbers[i]));
+        }
+        return compute(numbers == nullptr ? nullptr : list.data(), count).number();
     }
     Result compute(const morandel_value* values, std::size_t count) const {
         const detail::Owned<morandel_result> result(morandel_result_create());
