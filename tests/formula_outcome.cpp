@@ -66,7 +66,8 @@ ComputedValue by_evaluator(const std::string& formula, const std::vector<NamedVa
     if (outcome.succeeded) {
         outcome.type = e.GetResultType();
         outcome.number = e.GetResult();
-        outcome.text = e.m_StrResult;
+        // With a number it is what an operand has left.
+        if (outcome.type == MORANDEL_TEXT) outcome.text = e.m_StrResult;
     }
     for (int i = 1; !outcome.refused && i <= e.GetVariableNum(); ++i) {
         int type = -1;
