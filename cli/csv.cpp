@@ -1,10 +1,16 @@
 #include "cli/csv.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "cli/messages.h"
 
 namespace morandel::cli {
+namespace {
+
+constexpr char least_second_byte = 0x40;  // of a character of GBK
+
+}  // namespace
 
 void Block::clear() {
     bytes.clear();
@@ -13,12 +19,15 @@ void Block::clear() {
     unquoted.clear();
 }
 
-CsvParser::CsvParser(char delimiter, std::uint64_t first_row)
-    : m_delimiter(delimiter), m_row(first_row) {
+CsvParser::CsvParser(char delimiter, std::uint64_t first_row, bool is_gbk)
+    : m_delimiter(delimiter),
+      m_skips_characters(is_gbk && delimiter >= least_second_byte),
+      m_row(first_row) {
     // A zero byte stands behind the last one, so that no other test for the end is needed.
     for (const char c : {delimiter, '\n', '\r', '\0'}) {
         m_special[static_cast<unsigned char>(c)] = true;
     }
+    if (m_skips_characters) std::fill(m_special + 0x81, m_special + 0xFF, true);
 }
 
 std::size_t CsvParser::parse(Block& block, bool is_last) {
@@ -55,6 +64,10 @@ Message CsvParser::row_name() const {
 const char* CsvParser::plain_end(const char* at) const {
     while (true) {
         while (!m_special[static_cast<unsigned char>(*at)]) ++at;
+        if (m_skips_characters && static_cast<unsigned char>(*at) > 0x80) {
+            at += static_cast<unsigned char>(at[1]) >= least_second_byte ? 2 : 1;
+            continue;
+        }
         if (*at != '\0' || at == m_end) return at;
         ++at;  // a zero byte of the file
     }

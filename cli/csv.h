@@ -44,7 +44,8 @@ constexpr std::size_t longest_row = std::size_t{16} * 1024 * 1024;  // bytes
 class CsvParser {
   public:
     // Rows are counted from the number given, for messages; 0 is the header.
-    explicit CsvParser(char delimiter, std::uint64_t first_row = 0);
+    // In GBK a delimiter may also be the second byte of a character, which it does not end.
+    explicit CsvParser(char delimiter, std::uint64_t first_row = 0, bool is_gbk = false);
 
     // Finds the rows in the block's bytes and gives how many bytes they take; what is left belongs
     // to a row that goes on in what is read next, unless these bytes are the last. Throws Problem
@@ -60,6 +61,7 @@ class CsvParser {
     [[nodiscard]] bool ends_field(const char* at) const;
 
     char m_delimiter;
+    bool m_skips_characters;  // of two bytes
     bool m_special[256] = {};
     std::uint64_t m_row;
     std::size_t m_columns = 0;  // of the first row

@@ -137,14 +137,15 @@ Outcome Definitions::compute(std::string_view formula, const std::vector<std::st
         return failed(say("the formula uses {0} names; at most {1} can have values",
                           variables.size(), CExpress::max_parameters));
     }
-    m_evaluator.set_variables(std::move(variables));
-    Outcome outcome = m_evaluator.evaluate(formula);
-    if (outcome.succeeded) return outcome;
-    // Once more, now with all names to be suggested.
-    m_evaluator.set_known_names(all_names());
-    outcome = m_evaluator.evaluate(formula);
-    m_evaluator.set_known_names({});
-    return outcome;
+    // By a new evaluator, for which nothing pends.
+    const auto evaluate = [&](std::vector<std::string> suggested) {
+        Evaluator evaluator;
+        evaluator.set_variables(variables);
+        evaluator.set_known_names(std::move(suggested));
+        return evaluator.evaluate(formula);
+    };
+    Outcome outcome = evaluate({});
+    return outcome.succeeded ? outcome : evaluate(all_names());
 }
 
 }  // namespace morandel::cli

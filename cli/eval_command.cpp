@@ -22,9 +22,13 @@ std::string read_formula(const std::string& file) {
     if (std::filesystem::is_directory(to_path(file))) throw Problem(cannot_read(file, EISDIR));
     std::ifstream in(to_path(file), std::ios::binary);
     if (!in) throw Problem(cannot_read(file));
-    std::string text(longest_line, '\0');
+    std::string text(longest_line + 1, '\0');
     in.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(in.gcount()));
+    if (text.size() > longest_line) {
+        throw Problem(
+            say("{0}: {1}", file, say("the formula is longer than 512 bytes of code page 936")));
+    }
     constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     if (begins_as_utf16(text)) {
         throw Problem(say("{0}: {1}", file, say("it is UTF-16; save it as UTF-8")));

@@ -1,5 +1,6 @@
 // On Unix-like systems.
 
+#include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -25,7 +26,8 @@ extern "C" void remove_unfinished(int signal) {
 }
 
 void handle_signals() {
-    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGXFSZ}) {
+    for (const int signal :
+         {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ}) {
         struct sigaction action {};
         if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
         action.sa_handler = remove_unfinished;
@@ -36,7 +38,14 @@ void handle_signals() {
 
 }  // namespace
 
-void prepare_streams() {}
+// A stream that is closed would be the next file that is opened, and messages be written into that.
+void prepare_streams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) != -1) continue;
+        // Which cannot be read from, or written to, either.
+        (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
 
 std::vector<std::string> program_arguments(int argc, char** argv) {
     return {argv + 1, argv + argc};

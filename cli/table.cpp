@@ -59,7 +59,7 @@ Table::Table(const Request& request, Message source, std::size_t first_value, ch
 
 int Table::run(std::FILE* file, std::uint64_t size) {
     m_progress.begin(size);
-    TableReader reader(file, m_style.delimiter, m_style.has_header ? 0 : 1, !m_style.is_gbk);
+    TableReader reader(file, m_style.delimiter, m_style.has_header ? 0 : 1, m_style.is_gbk);
     bool has_header = false;
     bool goes_on = true;
     while (goes_on) {
@@ -145,14 +145,18 @@ Table::Verdict Table::judge_condition(Place place) {
     const State state = m_holds.states[place.chosen];
     if (holds(m_holds, place.chosen)) return Verdict::keep;
     if (state != State::failed && state != State::text) return Verdict::leave_out;
-    const Verdict verdict = tolerate(*m_condition, place);
+    const Verdict verdict = tolerate(&*m_condition, place);
     return verdict == Verdict::keep ? Verdict::leave_out : verdict;
 }
 
 Table::Verdict Table::judge_row(Place place) {
+    if (m_added.empty() && m_block->is_too_long(place.row)) {
+        const Verdict verdict = tolerate(nullptr, place);
+        if (verdict != Verdict::keep) return verdict;
+    }
     for (std::size_t i = 0; i < m_added.size(); ++i) {
         if (m_block->computed(i).states[place.chosen] != State::failed) continue;
-        const Verdict verdict = tolerate(m_added[i], place);
+        const Verdict verdict = tolerate(&m_added[i], place);
         if (verdict != Verdict::keep) return verdict;
     }
     if (m_condition && m_condition_comes_last) {
@@ -163,26 +167,28 @@ Table::Verdict Table::judge_row(Place place) {
     return Verdict::keep;
 }
 
-Outcome Table::explain(const TableFormula& formula, Place place) const {
-    const bool is_condition = m_condition && &formula == &*m_condition;
+Outcome Table::explain(const TableFormula* formula, Place place) const {
+    const bool is_condition = m_condition && formula == &*m_condition;
     if (!is_condition && m_block->is_too_long(place.row)) {
         return failed(say("the row has more fields than the header"));
     }
     if (is_condition && m_holds.states[place.chosen] == State::text) {
         return failed(say("a condition is a number, not a text"));
     }
-    return formula.explain(*m_block, place);
+    return formula->explain(*m_block, place);
 }
 
-// Names the row, up to ten times. What has been written stands before the message.
-Table::Verdict Table::tolerate(const TableFormula& formula, Place place) {
+// Names the row, up to ten times, and what fails, if that is not the row itself. What has been
+// written stands before the message.
+Table::Verdict Table::tolerate(const TableFormula* formula, Place place) {
     if (++m_reports <= most_reports || m_on_error == OnError::stop) {
         write_rows();
         m_writer.drain();
         m_progress.clear();
-        const Outcome problem = explain(formula, place);
-        print_problem(say("{0} row {1}, {2}: {3}", m_source, m_rows, formula.shown_title(),
-                          failure_message(problem)));
+        const Message why = failure_message(explain(formula, place));
+        print_problem(formula == nullptr ? say("{0} row {1}: {2}", m_source, m_rows, why)
+                                         : say("{0} row {1}, {2}: {3}", m_source, m_rows,
+                                               formula->shown_title(), why));
     }
     return m_on_error == OnError::stop   ? Verdict::stop
            : m_on_error == OnError::skip ? Verdict::leave_out
@@ -195,9 +201,11 @@ void Table::write_rows() {
     m_writer.write([&output = m_output, &source = m_source, rows_before = m_rows_before,
                     block = m_block, kept = std::exchange(m_kept, {})](std::string& text) {
         for (const Place place : kept) {
+            const std::size_t whole = text.size();
             try {
                 output.append_row(text, *block, place);
             } catch (const EncodingError& problem) {
+                text.resize(whole);
                 throw Problem(
                     say("{0} row {1}: {2}", source, rows_before + place.row, problem.message()));
             }

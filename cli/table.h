@@ -52,8 +52,8 @@ class Table {
     enum class Verdict { keep, leave_out, stop };
     Verdict judge_condition(Place place);
     Verdict judge_row(Place place);
-    Verdict tolerate(const TableFormula& formula, Place place);
-    [[nodiscard]] Outcome explain(const TableFormula& formula, Place place) const;
+    Verdict tolerate(const TableFormula* formula, Place place);
+    [[nodiscard]] Outcome explain(const TableFormula* formula, Place place) const;
     void write_rows();
     void report_suppressed();
 

@@ -101,7 +101,15 @@ void TableOutput::append_computed(std::string& out, const ComputedColumn& comput
                                   std::size_t index) const {
     const State state = computed.states[index];
     if (state == State::text) append_field(out, computed.texts[index], m_style.delimiter);
-    if (state == State::number) m_style.numbers.append(out, computed.numbers[index]);
+    if (state != State::number) return;
+    constexpr std::string_view of_numbers = "+-.0123456789einfa";
+    if (of_numbers.find(m_style.delimiter) == std::string_view::npos) {
+        m_style.numbers.append(out, computed.numbers[index]);
+        return;
+    }
+    std::string number;
+    m_style.numbers.append(number, computed.numbers[index]);
+    append_field(out, number, m_style.delimiter);
 }
 
 void TableOutput::append_json(std::string& out, const TableBlock& block, Place place) const {

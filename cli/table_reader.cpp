@@ -35,8 +35,8 @@ struct TableReader::Shared {
     std::string rest;      // of a row that is not whole yet
     std::uint64_t read_so_far = 0;
 
-    Shared(std::FILE* input, char delimiter, std::uint64_t first_row, bool looks)
-        : file(input), parser(delimiter, first_row), looks_for_mark(looks) {}
+    Shared(std::FILE* input, char delimiter, std::uint64_t first_row, bool is_gbk)
+        : file(input), parser(delimiter, first_row, is_gbk), looks_for_mark(!is_gbk) {}
 
     void run() {
         Filled end;
@@ -123,9 +123,8 @@ struct TableReader::Shared {
     }
 };
 
-TableReader::TableReader(std::FILE* file, char delimiter, std::uint64_t first_row,
-                         bool looks_for_mark)
-    : m_shared(std::make_shared<Shared>(file, delimiter, first_row, looks_for_mark)) {
+TableReader::TableReader(std::FILE* file, char delimiter, std::uint64_t first_row, bool is_gbk)
+    : m_shared(std::make_shared<Shared>(file, delimiter, first_row, is_gbk)) {
     for (std::size_t i = 0; i < blocks; ++i) m_shared->spare.push(std::make_unique<TableBlock>());
     m_thread = std::thread([shared = m_shared] {
         shared->run();

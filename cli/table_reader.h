@@ -24,7 +24,7 @@ struct ReadBlock {
 class TableReader {
   public:
     // Rows are counted from first_row. The reader closes the file.
-    TableReader(std::FILE* file, char delimiter, std::uint64_t first_row, bool looks_for_mark);
+    TableReader(std::FILE* file, char delimiter, std::uint64_t first_row, bool is_gbk);
     ~TableReader();
     TableReader(const TableReader&) = delete;
     TableReader& operator=(const TableReader&) = delete;

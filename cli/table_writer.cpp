@@ -58,7 +58,8 @@ void TableWriter::run() {
     while (auto piece = m_pieces.pop()) {
         std::exception_ptr failure;
         try {
-            write_piece(*piece, text);
+            // Behind what is missing nothing is written.
+            if (!m_failure) write_piece(*piece, text);
         } catch (...) {
             failure = std::current_exception();
         }
@@ -70,11 +71,18 @@ void TableWriter::run() {
     }
 }
 
+// A piece that fails is written up to there.
 void TableWriter::write_piece(const Piece& piece, std::string& text) {
     text.clear();
-    piece(text);
+    std::exception_ptr failure;
+    try {
+        piece(text);
+    } catch (...) {
+        failure = std::current_exception();
+    }
     const bool written =
         std::fwrite(text.data(), 1, text.size(), m_file) == text.size() && std::fflush(m_file) == 0;
+    if (failure) std::rethrow_exception(failure);
     if (!written) throw problem(errno);
 }
 

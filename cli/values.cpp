@@ -4,18 +4,21 @@
 #include <charconv>
 #include <system_error>
 
+#include "base/numbers.h"
 #include "cli/encoding.h"
 #include "cli/suggestion.h"
 
 namespace morandel::cli {
 
 bool read_number(std::string_view text, double& number) {
+    const bool has_sign = text.starts_with('+') || text.starts_with('-');
+    // from_chars would also read inf and nan, and no plus.
+    if (text.substr(has_sign ? 1 : 0).find_first_of("0123456789.") != 0) return false;
     if (text.starts_with('+')) text.remove_prefix(1);
-    const std::size_t first = text.find_first_not_of('-');
-    // from_chars would also read inf and nan.
-    if (first > 1 || text.find_first_of("0123456789.", first) != first) return false;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    return read.ec == std::errc() && read.ptr == text.data() + text.size();
+    // Beyond what numbers can be it is infinite or 0, as in a formula.
+    if (read.ec == std::errc::result_out_of_range) number = text_to_number(text);
+    return read.ec != std::errc::invalid_argument && read.ptr == text.data() + text.size();
 }
 
 Given read_value(std::string_view value) {

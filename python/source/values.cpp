@@ -121,7 +121,8 @@ Source::Source(const py::handle& value) : m_owner(py::reinterpret_borrow<py::obj
 }
 
 void Source::read_array(const py::array& array) {
-    const bool has_numbers = array.dtype().is(py::dtype::of<double>());
+    // Equal, not the same: an array that was unpickled has a type of its own.
+    const bool has_numbers = array.dtype().equal(py::dtype::of<double>());
     if (array.ndim() != 1 || (!has_numbers && array.dtype().kind() != 'O')) {
         throw py::type_error("a column is an array of doubles or of objects");
     }
