@@ -127,10 +127,12 @@ def _needs(name: str, formulas: Formulas, columns: Any) -> List[str]:
 
 def _source(used: str, name: str, formulas: Formulas, columns: Any) -> Optional[str]:
     """The new column that a formula's name stands for; None for one that is there."""
-    if used in formulas and (used != name or name not in columns):
+    if used in formulas and used != name:
         return used
     if used in columns:
         return None
+    if used == name:
+        return None if _titles.has(used, columns) else used
     others = [title for title in formulas if title != name or title not in columns]
     try:
         title = _titles.find(used, [*others, *columns])
@@ -166,7 +168,10 @@ def _with_columns(df: Any, columns: Dict[str, Any]) -> Any:
     """A copy with columns replaced, and the new ones all at once, since one by one is slow."""
     import pandas
 
-    made = df.assign(**{name: column for name, column in columns.items() if name in df.columns})
+    made = df.copy()
+    for name, column in columns.items():
+        if name in df.columns:
+            made[name] = column
     new = {name: column for name, column in columns.items() if name not in df.columns}
     return pandas.concat([made, pandas.DataFrame(new, index=df.index)], axis=1) if new else made
 

@@ -22,9 +22,20 @@ def find(name: str, columns: Any) -> Any:
     if name in columns:
         return name
     for wanted in (name, name[1:] if name.startswith("_") else name):
-        for title in columns:
-            if wanted and name_of(title) == wanted:
-                return title
+        titles = [title for title in columns if wanted and name_of(title) == wanted]
+        if any(title != titles[0] for title in titles):
+            raise KeyError(f"'{name}' could be the column '{titles[0]}' or '{titles[1]}'")
+        if titles:
+            return titles[0]
     close = difflib.get_close_matches(name, [str(title) for title in columns], 1)
     advice = f"; did you mean {close[0]}?" if close else ""
     raise KeyError(f"there is no column '{name}'{advice}")
+
+
+def has(name: str, columns: Any) -> bool:
+    """Whether the name stands for a title."""
+    try:
+        find(name, columns)
+    except KeyError:
+        return False
+    return True

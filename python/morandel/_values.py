@@ -38,7 +38,7 @@ def is_series(value: Any) -> bool:
 def is_missing(value: Any) -> bool:
     if value is None or value is np.ma.masked or type(value).__name__ in ("NAType", "NaTType"):
         return True
-    return isinstance(value, float) and math.isnan(value)
+    return isinstance(value, numbers.Number) and bool(value != value)
 
 
 def _wrong_kind(name: str, wanted: str, given: Any) -> TypeError:
@@ -69,11 +69,15 @@ def _scalar(name: str, value: Any, kind: str) -> Column:
 
 
 def _categories(name: str, categories: Any, codes: Any, kind: str, wrong: Optional[Wrong]) -> Any:
-    """Looks at each category once."""
-    wrong_categories: Optional[Wrong] = None if wrong is None else {}
+    """Looks at each category once, and fails for those alone that a cell has."""
+    wrong_categories: Wrong = {}
     of_each = _flat(name, np.asarray(categories), kind, wrong_categories)
-    for code, value in (wrong_categories or {}).items():
-        assert wrong is not None
+    if wrong is None and np.isin(codes, list(wrong_categories)).any():
+        cells = np.append(np.asarray(categories, dtype=object), np.array([None]))[codes]
+        return _flat(name, cells, kind, None)
+    for code, value in wrong_categories.items():
+        if wrong is None:
+            break
         wrong.update((row, value) for row in np.flatnonzero(codes == code).tolist())
     if kind == NUMBER:
         return np.append(of_each, np.nan)[codes]
@@ -149,8 +153,7 @@ def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
         if not (isinstance(value, np.ndarray) and value.ndim == 0):
             return _scalar(name, value, kind)
     array = value if isinstance(value, np.ndarray) else _array_of_list(value)
-    if isinstance(array, np.ma.MaskedArray):
-        array = _without_mask(array)
+    array = _without_mask(array) if isinstance(array, np.ma.MaskedArray) else np.asarray(array)
     if array.ndim == 0:
         return _scalar(name, array.item(), kind)
     flat = array if array.ndim == 1 else array.reshape(-1)

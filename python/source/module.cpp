@@ -62,7 +62,8 @@ class Prepared {
         const detail::Owned<morandel_result> result(morandel_result_create());
         if (!result) throw std::bad_alloc();
         for (const std::string_view text : {few, many, std::string_view()}) {
-            for (const double number : {1.0, 0.5, 2.0, 0.0, 10.0, 100.0, -1.0}) {
+            for (const double number :
+                 {1.0, 0.5, 2.0, 0.0, 10.0, 100.0, -1.0, 2000.0, 1e6, -1000.0}) {
                 std::vector<morandel_value> values;
                 for (const Name& name : names) {
                     values.push_back(name.kind == Kind::text
@@ -134,6 +135,10 @@ class Prepared {
         const std::vector<Source> sources = sources_of(values);
         py::list errors;
         for (const std::size_t row : rows) {
+            constexpr std::size_t rows_between_signals = 1024;
+            if (errors.size() % rows_between_signals == 0 && PyErr_CheckSignals() != 0) {
+                throw py::error_already_set();
+            }
             try {
                 throw_row_error(m_formula, sources, row, wants_text);
                 errors.append(py::none());

@@ -75,6 +75,11 @@ bool is_missing(PyObject* object) {
     if (object == Py_None) return true;
     if (PyFloat_Check(object)) return std::isnan(PyFloat_AS_DOUBLE(object));
     const std::string_view type = Py_TYPE(object)->tp_name;
+    if (type.starts_with("numpy.float") || type == "decimal.Decimal") {
+        const double number = PyFloat_AsDouble(object);
+        PyErr_Clear();
+        return std::isnan(number);
+    }
     return type == "NAType" || type == "NaTType" || type == "MaskedConstant" ||
            type.ends_with(".NAType") || type.ends_with(".NaTType") ||
            type.ends_with(".MaskedConstant");
