@@ -268,6 +268,9 @@ constexpr Told refusals[] = {
     {"\xF4\x90\x80\x80", "-1/6 @0/0+1/1"},
     {"\xF5\x80\x80\x80", "-1/6 @0/0+1/1"},
     {"\xF4\x8F\xBF\xBF", "-1/5 @0/0+4/1"},
+    {"\xF8\x90\x80\x80", "-1/6 @0/0+1/1"},
+    {"\xC2\x80", "-1/5 @0/0+2/1"},
+    {"(5!+)!\"abc", "30/0 @6/6+4/4"},
     {"1\xE6\xA2", "-1/6 @1/1+1/1"},
     {"(1+2", "33/0 @4/4+0/0"},
     {"1+", "30/0 @2/2+0/0"},
@@ -581,6 +584,16 @@ TEST(Formula, ColumnsOfNumbersNeedNotBeAligned) {
             (void)f.columns({Column(numbers, 3, stride)}, results);
             EXPECT_EQ(results, (std::vector<double>{3.0, 5.0, 7.0})) << begin << ' ' << stride;
         }
+    }
+    // Nor apart.
+    const std::string bytes = "@@@@@@@@AB";
+    std::vector<double> results;
+    (void)Formula("n+strlen(\"\")", {"n"})
+        .columns({Column(reinterpret_cast<const double*>(bytes.data()), 3, 1)}, results);
+    for (std::size_t row = 0; row < 3; ++row) {
+        double number = 0.0;
+        std::memcpy(&number, bytes.data() + row, sizeof number);
+        EXPECT_EQ(results[row], number);
     }
 }
 

@@ -52,6 +52,7 @@ TEST(NoConverter, OtherCharactersAreRefusedWithTheirPlace) {
     EXPECT_EQ(formula.message(), "系统不能转换代码页 936");
     ASSERT_TRUE(formula.position());
     EXPECT_EQ(formula.position()->byte, 8U);
+    EXPECT_EQ(formula.position()->bytes, 0U);
 
     const Error value = error_of([] { (void)evaluate("strlen(a)", {{"a", "x苹"}}); });
     EXPECT_EQ(value.reason(), MORANDEL_REASON_NO_CONVERTER);

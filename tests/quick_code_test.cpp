@@ -170,6 +170,19 @@ TEST(QuickCode, OfPowersGivesWhatTheMachineGives) {
     }
 }
 
+// Of numbers with all their digits, whose squares seldom are what products round to.
+TEST(QuickCode, OfSquaresGivesWhatTheMachineGives) {
+    std::mt19937_64 random(7);
+    Given given(1);
+    const OwnedFormula of_name = given.prepare("x0^2");
+    const OwnedFormula of_number = given.prepare("(x0-0.5)^2");
+    for (int i = 0; i < 40'000; ++i) {
+        given.values = {std::ldexp(static_cast<double>(random() >> 11), -40)};
+        compare("x0^2", of_name.get(), given);
+        compare("(x0-0.5)^2", of_number.get(), given);
+    }
+}
+
 // All of them but factorials, whatever their operands are. A name alone needs none.
 TEST(QuickCode, IsMadeOfAnyOperators) {
     const std::vector<std::string> names{"x0", "x1", "x2"};
