@@ -397,6 +397,7 @@ TEST(Formula, WarnsOfWhatIsRarelyMeant) {
               "-1/25 @0/0+6/6");
     EXPECT_EQ(warnings_of("strsub(s, \"a\", 2)", {{"s", Kind::text}}), "-1/22 @0/0+6/6");
     EXPECT_EQ(warnings_of("left(strcase(\"abcd\", n+1), n+1)", {"n"}), "");
+    EXPECT_EQ(warnings_of("right(strcase(\"abcd\", n+1), n+1)", {"n"}), "");
     EXPECT_EQ(warnings_of("left(\"ab\") = left(\"ab\")"), "-1/23 @0/0+4/4, -1/23 @13/13+4/4");
     const auto notices = Formula("sqrt(\"a\")").warnings();
     ASSERT_EQ(notices.size(), 1U);
@@ -476,6 +477,11 @@ TEST(Formula, ListsTheCheckersFaults) {
     EXPECT_EQ(faults[0].position.character, 9U);
     EXPECT_EQ(faults[0].position.bytes, 8U);
     EXPECT_TRUE(Formula("1+1").check().empty());
+    // A record of another call's list is told of by the name.
+    const auto told = Formula("\"strlen\"(strlen(\"inf\"))").check();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0].position.byte, 9U);
+    EXPECT_EQ(told[0].position.bytes, 6U);
 }
 
 TEST(Formula, ComputesColumns) {

@@ -197,6 +197,10 @@ TEST(QuickCode, IsMadeOfAnyOperators) {
                 EXPECT_TRUE(computes(left + first + right)) << left << first << right;
             }
         }
+        for (const char* inner : {"+", "-", "*", "/"}) {
+            const std::string text = "(x0+1)" + first + "(x1" + inner + "x2)";
+            EXPECT_TRUE(computes(text)) << text;
+        }
     }
     for (const std::string function : functions) {
         for (const char* operand : {"(x1)+1", "(1)", "(x1/2)"}) {
