@@ -46,6 +46,7 @@ Table::Table(const Request& request, Message source, std::size_t first_value, ch
       m_on_error(request.on_error == "skip"    ? OnError::skip
                  : request.on_error == "empty" ? OnError::leave_empty
                                                : OnError::stop),
+      m_empty_fields(empty_fields_of(request.empty)),
       m_given(read_texts(request.operands, first_value)),
       m_output(m_style),
       m_writer(request.output),
@@ -97,8 +98,7 @@ bool Table::take_rows(std::shared_ptr<TableBlock> block, bool has_header) {
     m_block = std::move(block);
     const std::size_t first = has_header ? 1 : 0;
     m_rows_before = m_rows + 1 - first;
-    m_block->begin(m_file_columns.size(), m_added.size(), m_style.is_gbk,
-                   empty_fields_of(m_request.empty));
+    m_block->begin(m_file_columns.size(), m_added.size(), m_style.is_gbk, m_empty_fields);
     choose_rows(first);
     for (std::size_t i = 0; i < m_added.size(); ++i) compute_added(i);
     if (m_condition && m_condition_comes_last) m_condition->compute(*m_block, m_holds);

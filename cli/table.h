@@ -61,6 +61,7 @@ class Table {
     Message m_source;
     TableStyle m_style;
     OnError m_on_error;
+    EmptyFields m_empty_fields;
     std::vector<Variable> m_given;
     std::vector<TableFormula> m_added;
     std::optional<TableFormula> m_condition;

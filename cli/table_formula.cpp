@@ -79,8 +79,8 @@ std::vector<std::string> TableFormula::names() const {
     return names;
 }
 
-void TableFormula::bind(const Columns& columns, const std::vector<Variable>& given, bool is_gbk,
-                        const IsText& is_text) {
+void TableFormula::bind(const Columns& columns, const std::vector<Variable>& given,
+                        EmptyFields empty_fields, bool is_gbk, const IsText& is_text) {
     const Message shown = shown_title();
     Evaluator evaluator;
     const Outcome loaded = evaluator.load(m_formula);
@@ -98,7 +98,8 @@ void TableFormula::bind(const Columns& columns, const std::vector<Variable>& giv
             if (is_text(used.name, {}, by_default)) continue;
             const std::string text = to_utf8(std::get<std::string>(value->value));
             double number = 0.0;
-            if (!read_number(trim(text), number)) {
+            const bool is_zero = empty_fields == EmptyFields::are_zero && trim(text).empty();
+            if (!is_zero && !read_number(trim(text), number)) {
                 throw Problem(
                     say("{0}: {1}", shown, say("{0}: '{1}' is not a number", used.name, text)));
             }

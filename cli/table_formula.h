@@ -45,8 +45,8 @@ class TableFormula {
     using IsText = std::function<bool(std::string_view name, std::optional<std::size_t> column,
                                       bool by_default)>;
     // Finds the columns and given values, all texts, that the formula uses. Throws Problem.
-    void bind(const Columns& columns, const std::vector<Variable>& given, bool is_gbk,
-              const IsText& is_text);
+    void bind(const Columns& columns, const std::vector<Variable>& given, EmptyFields empty_fields,
+              bool is_gbk, const IsText& is_text);
 
     // Computes all rows that are chosen.
     void compute(TableBlock& block, ComputedColumn& computed);

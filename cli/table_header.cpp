@@ -123,7 +123,7 @@ void Table::bind(TableFormula& formula, const Columns& columns) {
             return is_given(name) ? name == used : column && columns.find(name) == column;
         });
     };
-    formula.bind(columns, m_given, m_style.is_gbk,
+    formula.bind(columns, m_given, m_empty_fields, m_style.is_gbk,
                  [&](std::string_view name, const Column& column, bool by_default) {
                      return is_asked(m_request.text, name, column) ||
                             (by_default && !is_asked(m_request.number, name, column));

@@ -66,7 +66,7 @@ void TableOutput::append_header(std::string& out, const Row& row, const Columns&
             append_field(out, m_style.is_gbk ? to_gbk(title) : title, m_style.delimiter);
         }
     }
-    out += row.end.empty() ? "\n" : row.end;
+    out += row.end;
 }
 
 void TableOutput::append_row(std::string& out, const TableBlock& block, Place place) const {

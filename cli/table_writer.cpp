@@ -1,5 +1,6 @@
 #include "cli/table_writer.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <random>
 #include <system_error>
@@ -9,6 +10,12 @@
 #include "cli/system.h"
 
 namespace morandel::cli {
+namespace {
+
+constexpr int most_links = 40;              // from one to the next
+constexpr std::size_t longest_begin = 200;  // of an unfinished file's name, which has room for more
+
+}  // namespace
 
 TableWriter::TableWriter(const std::string& file) : m_name(file) {
     if (!file.empty() && file != "-" && file != "/dev/stdout") {
@@ -23,14 +30,20 @@ TableWriter::TableWriter(const std::string& file) : m_name(file) {
 // leading to its file, which keeps its rights; a device or a pipe is written to as it is.
 void TableWriter::open() {
     std::error_code failure;
+    for (int links = 0; is_symlink(symlink_status(m_path, failure)); ++links) {
+        if (links == most_links) throw problem(ELOOP);
+        m_path = m_path.parent_path() / read_symlink(m_path);
+    }
     const std::filesystem::file_status there = status(m_path, failure);
     if (is_directory(there)) throw problem(EISDIR);
     if (exists(there) && !is_regular_file(there)) {
         m_file = open_file(m_path, "wb");
         return;
     }
-    if (is_regular_file(there)) m_path = canonical(m_path);
+    auto name = m_path.filename().native();
+    name.resize(std::min(name.size(), longest_begin));
     m_unfinished = m_path;
+    m_unfinished.replace_filename(name);
     m_unfinished += ".part" + std::to_string(std::random_device()());
     remove_when_killed(m_unfinished);
     m_file = open_file(m_unfinished, "wbx");
