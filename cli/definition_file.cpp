@@ -1,5 +1,6 @@
 #include "cli/definition_file.h"
 
+#include <cmath>
 #include <istream>
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -132,6 +133,8 @@ std::string definition_line(const Definition& definition) {
     const std::string name = to_utf8(definition.name);
     if (definition.is_computed) return name + " := " + definition.formula;
     if (const auto* number = std::get_if<double>(&definition.value)) {
+        // What is read as infinite.
+        if (std::isinf(*number)) return name + (*number > 0.0 ? " = 1e999" : " = -1e999");
         return name + " = " + number_text(*number);
     }
     const auto& text = std::get<std::string>(definition.value);
