@@ -23,10 +23,11 @@ std::ptrdiff_t stride_of(const morandel_column& column) {
     return static_cast<std::ptrdiff_t>(column.stride);
 }
 
-// Room that texts are expected to need; without it they grow as they come.
+// Room that texts are expected to need, within reason; without it they grow as they come.
 void try_reserve(std::string& texts, std::size_t size) {
+    constexpr std::size_t most = std::size_t{256} * 1024 * 1024;
     try {
-        texts.reserve(size);
+        texts.reserve(std::min(size, most));
     } catch (const std::exception&) {
     }
 }
