@@ -131,8 +131,8 @@ typedef struct morandel_position {
 /* Makes a formula of at most 512 bytes (of code page 936) ready.
    names: what values will be given for, in the order of the values; NULL: all names that the
    formula uses, in the order of their first appearance. A name that stands twice is the first one.
-   The type of a name, where it is told, is what warnings go by, and is made ready for; values of
-   the other type are taken as well, more slowly.
+   The type of a name, where it is told, is made ready for; values of the other type are taken as
+   well, more slowly. Warnings go by it where it is a number's.
    flags: see MORANDEL_ALLOW_FREE_NAMES and after it; 0 for none.
    On success the caller owns *formula and lets go of it with morandel_formula_free. */
 MORANDEL_API int morandel_formula_prepare(const char* text, size_t size, const morandel_name* names,

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Any, Dict, List, Optional
 
+from . import _titles
 from ._errors import FormulaError, named_error
 from ._frames import ERROR_COLUMNS, Formulas, add_columns
 
@@ -57,10 +58,24 @@ def _meta(meta: Any, formulas: Formulas) -> Any:
     import pandas
 
     columns: Dict[str, Any] = {
-        name: pandas.Series([], dtype="object" if formula.kind == "text" else "float64")
+        name: pandas.Series([], dtype="object" if _gives_text(formula, formulas, meta) else "float64")
         for name, formula in formulas.items()
     }
     return meta.assign(**columns)
+
+
+def _gives_text(formula: Any, formulas: Formulas, meta: Any) -> bool:
+    """What is a name alone is what its column is."""
+    import pandas
+
+    if not formula._is_alone():
+        return bool(formula.kind == "text")
+    used = next(iter(formula.names))
+    if used in formulas and formulas[used] is not formula:
+        return _gives_text(formulas[used], formulas, meta)
+    column = meta[_titles.find(used, meta.columns)]
+    dtype = getattr(column.dtype, "categories", column).dtype
+    return not pandas.api.types.is_numeric_dtype(dtype)
 
 
 def _error_meta(meta: Any) -> Any:

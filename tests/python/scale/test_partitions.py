@@ -1,0 +1,24 @@
+"""Partitions that another process computes, and what is said of columns before."""
+
+import dask.dataframe
+import pandas
+
+import morandel
+
+
+def of_dask(columns):
+    return dask.dataframe.from_pandas(pandas.DataFrame(columns), npartitions=2)
+
+
+def test_columns_that_were_unpickled():
+    made = of_dask({"x": [1.0, 2.0, 4.0]}).pipe(morandel.add, y="x * 2")
+    assert made.compute(scheduler="processes").y.tolist() == [2, 4, 8]
+
+
+def test_a_name_alone_is_what_its_column_is():
+    columns = of_dask({"s": ["a", "b"], "n": [1, 2], "c": pandas.Categorical([3, 4])})
+    made = columns.pipe(morandel.add, text="s", number="n", category="c", again="text")
+    assert [str(made.dtypes[name]) for name in ("text", "number", "category", "again")] == [
+        "object", "float64", "float64", "object"]
+    assert made.text.str.upper().compute().tolist() == ["A", "B"]
+    assert made.again.compute().tolist() == ["a", "b"]
