@@ -6,7 +6,7 @@ from typing import TYPE_CHECKING, Any, Dict, List, Optional
 
 from . import _titles
 from ._errors import FormulaError, named_error
-from ._frames import ERROR_COLUMNS, Formulas, add_columns
+from ._frames import ERROR_COLUMNS, Formulas, add_columns, source
 
 if TYPE_CHECKING:
     from ._formula import OnError
@@ -58,21 +58,23 @@ def _meta(meta: Any, formulas: Formulas) -> Any:
     import pandas
 
     columns: Dict[str, Any] = {
-        name: pandas.Series([], dtype="object" if _gives_text(formula, formulas, meta) else "float64")
-        for name, formula in formulas.items()
+        name: pandas.Series([], dtype="object" if _gives_text(name, formulas, meta) else "float64")
+        for name in formulas
     }
     return meta.assign(**columns)
 
 
-def _gives_text(formula: Any, formulas: Formulas, meta: Any) -> bool:
+def _gives_text(name: str, formulas: Formulas, meta: Any) -> bool:
     """What is a name alone is what its column is."""
     import pandas
 
+    formula = formulas[name]
     if not formula._is_alone():
-        return bool(formula.kind == "text")
+        return formula.kind == "text"
     used = next(iter(formula.names))
-    if used in formulas and formulas[used] is not formula:
-        return _gives_text(formulas[used], formulas, meta)
+    new = source(used, name, formulas, meta.columns)
+    if new is not None:
+        return _gives_text(new, formulas, meta)
     column = meta[_titles.find(used, meta.columns)]
     dtype = getattr(column.dtype, "categories", column).dtype
     return not pandas.api.types.is_numeric_dtype(dtype)

@@ -121,11 +121,11 @@ def _order(formulas: Formulas, columns: Any) -> List[str]:
 
 
 def _needs(name: str, formulas: Formulas, columns: Any) -> List[str]:
-    needs = (_source(used, name, formulas, columns) for used in formulas[name].names)
+    needs = (source(used, name, formulas, columns) for used in formulas[name].names)
     return [title for title in needs if title is not None]
 
 
-def _source(used: str, name: str, formulas: Formulas, columns: Any) -> Optional[str]:
+def source(used: str, name: str, formulas: Formulas, columns: Any) -> Optional[str]:
     """The new column that a formula's name stands for; None for one that is there."""
     if used in formulas and used != name:
         return used
@@ -148,7 +148,7 @@ def add_columns(
     computed: Dict[str, Any] = {}
     errors: List[Tuple[str, FormulaError]] = []
     for name in order:
-        sources = {used: _source(used, name, formulas, df.columns) for used in formulas[name].names}
+        sources = {used: source(used, name, formulas, df.columns) for used in formulas[name].names}
         values = {used: computed[new] for used, new in sources.items() if new is not None}
         try:
             result = formulas[name]._call(df, on_error, values)
