@@ -47,7 +47,6 @@ int morandel_formula_text_columns(const morandel_formula* formula, const morande
 }
 
 const char* morandel_texts_bytes(const morandel_texts* texts, size_t* size) {
-    static const std::string nothing;
     return give_text(texts == nullptr ? nothing : texts->texts.bytes, size);
 }
 

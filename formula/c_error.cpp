@@ -12,8 +12,6 @@ namespace {
 
 using namespace morandel::formula;
 
-const std::string nothing;
-
 struct Message {
     int number;
     std::string chinese;

@@ -158,7 +158,6 @@ double morandel_result_number(const morandel_result* result) {
 }
 
 const char* morandel_result_text(const morandel_result* result, size_t* size) {
-    static const std::string nothing;
     const bool has_text = result != nullptr && result->result.type == MORANDEL_TEXT;
     return give_text(has_text ? result->result.text() : nothing, size);
 }

@@ -23,15 +23,6 @@ std::ptrdiff_t stride_of(const morandel_column& column) {
     return static_cast<std::ptrdiff_t>(column.stride);
 }
 
-// Room that texts are expected to need, within reason; without it they grow as they come.
-void try_reserve(std::string& texts, std::size_t size) {
-    constexpr std::size_t most = std::size_t{256} * 1024 * 1024;
-    try {
-        texts.reserve(std::min(size, most));
-    } catch (const std::exception&) {
-    }
-}
-
 // What a row's result is where a number, or a text, is wanted.
 unsigned char status_for(unsigned char status, const Value& value, bool wants_text) {
     if (status != MORANDEL_ROW_OK) return status;
@@ -226,7 +217,10 @@ Texts compute_text_columns(const Prepared& prepared, const Columns& columns,
         const std::size_t begin = texts.bytes.size();
         // What the first rows take, the others are expected to take.
         constexpr std::size_t first_rows = 32;
-        if (row == first_rows) try_reserve(texts.bytes, begin / row * columns.rows() / 8 * 9);
+        constexpr std::size_t most = std::size_t{16} * 1024 * 1024;  // for no more than a guess
+        if (row == first_rows) {
+            texts.bytes.reserve(std::min(begin / row * columns.rows() / 8 * 9, most));
+        }
         unsigned char found = status_for(computation.run(row), computation.value(), true);
         if (found == MORANDEL_ROW_OK &&
             prepared.to_outside(computation.value().text, texts.bytes).has_value()) {

@@ -82,6 +82,8 @@ Handle& used(Handle* handle) {
     return *handle;
 }
 
+inline const std::string nothing;
+
 inline const char* give_text(const std::string& text, std::size_t* size) {
     if (size != nullptr) *size = text.size();
     return text.c_str();

@@ -60,13 +60,11 @@ std::string fill(std::string_view text, std::string_view about) {
 }  // namespace
 
 Report report_of_number(int number) {
-    const auto message = error_message(number);
-    if (!message) return report_of_reason(MORANDEL_REASON_NUMBERED);
     Report report;
     report.number = number;
-    report.english = *english_error_message(number);
+    report.english = english_error_message(number).value();
     // Where the system cannot convert, rather English than a part.
-    if (to_utf8(*message, report.message)) report.message = report.english;
+    if (to_utf8(error_message(number).value(), report.message)) report.message = report.english;
     return report;
 }
 
