@@ -342,6 +342,17 @@ TEST(FormulaEdges, ValuesMayLieInTheResults) {
     EXPECT_EQ(results, std::vector<double>(1000, 7.0));
 }
 
+// One that lies next to 2 is not 2.
+TEST(FormulaEdges, ExponentsAreLookedAtToTheLastBit) {
+    const Formula power("a^b", {"a", "b"});
+    const std::vector<double> a(4, 1e9);
+    const std::vector<double> b(4, std::nextafter(2.0, 3.0));
+    std::vector<double> results;
+    (void)power.columns({a, b}, results);
+    EXPECT_EQ(results, std::vector<double>(4, power(a[0], b[0]).number()));
+    EXPECT_NE(results[0], 1e18);
+}
+
 TEST(FormulaEdges, NullIsRefused) {
     const Formula f("a+b", {"a", "b"});
     EXPECT_THROW((void)f.compute_numbers(nullptr, 2), Error);
