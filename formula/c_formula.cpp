@@ -40,13 +40,12 @@ int give_name(const std::vector<Name>& names, std::size_t index, morandel_name* 
 int compute_numbers(const morandel_formula* formula, const double* numbers, std::size_t count,
                     double* result) {
     bool succeeded = false;
+    double computed = 0.0;  // the result's own place may be one of the numbers
     const int completed = attempt(nullptr, [&] {
-        double& room = used(result);
-        // Which may be one of the numbers.
-        double computed = 0.0;
+        (void)used(result);
         succeeded = used(formula).prepared.compute_numbers(items(numbers, count), computed);
-        room = computed;
     });
+    if (result != nullptr) *result = computed;
     return completed == 1 && succeeded ? 1 : 0;
 }
 

@@ -107,7 +107,6 @@ std::string_view Columns::text(std::size_t column, std::size_t row) const {
 }
 
 bool Columns::is_ascii(std::size_t column) const {
-    if (m_rows == 0) return true;
     const morandel_column& values = m_columns[column];
     const std::size_t begin = offset(values, 0);
     return formula::is_ascii({values.text + begin, offset(values, m_rows) - begin});
@@ -139,12 +138,13 @@ RowComputation::RowComputation(const Prepared& prepared, const Columns& columns,
     : m_prepared(prepared), m_columns(columns), m_rooms(columns.count()) {
     prepared.check_values(columns.count());
     m_computation.emplace(prepared.recording(columns.texts(), m_other));
+    if (columns.rows() == 0) return;
     for (std::size_t i = 0; i < columns.count(); ++i) {
         if (!columns.is_single(i)) {
             m_changing.push_back(i);
             m_is_ascii[i] = wants_all_rows && columns.texts()[i] && columns.is_ascii(i);
-        } else if (columns.rows() > 0 && !m_broken_single && !set(i, 0)) {
-            m_broken_single = m_problem;
+        } else if (!set(i, 0)) {
+            m_changing.push_back(i);  // to fail in each row, if none before it does
         }
     }
 }
@@ -172,18 +172,13 @@ bool RowComputation::set(std::size_t column, std::size_t row) {
 unsigned char RowComputation::run(std::size_t row) {
     m_problem.reset();
     for (const std::size_t column : m_changing) {
-        // The first value that does not convert is the one that is told of.
-        if (m_broken_single && static_cast<int>(column) > m_broken_single->value) break;
         if (!set(column, row)) return MORANDEL_ROW_NO_TEXT;
     }
-    if (m_broken_single) return MORANDEL_ROW_NO_TEXT;
     return m_computation->run() ? MORANDEL_ROW_OK : MORANDEL_ROW_FAILED;
 }
 
 Report RowComputation::report() {
-    if (m_problem) return *m_problem;
-    return m_broken_single ? *m_broken_single
-                           : m_prepared.report_of_failure(m_computation->fault());
+    return m_problem ? *m_problem : m_prepared.report_of_failure(m_computation->fault());
 }
 
 void compute_columns(const Prepared& prepared, const Columns& columns, double* results,

@@ -71,8 +71,7 @@ class RowComputation {
     std::vector<std::string> m_rooms;  // for texts as the formula sees them
     std::vector<std::size_t> m_changing;
     std::bitset<most_names> m_is_ascii;
-    std::optional<Report> m_problem;        // of a value that does not convert
-    std::optional<Report> m_broken_single;  // of the first that is one for all rows
+    std::optional<Report> m_problem;  // of a value that does not convert
 };
 
 // A number for each row.

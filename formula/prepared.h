@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -112,8 +111,7 @@ class Prepared {
     void read_names(std::optional<std::span<const GivenName>> names);
     void read_name(std::string_view name);
     [[nodiscard]] bool is_first_of_name(std::size_t place) const {
-        return std::ranges::find(m_inside, m_inside[place]) - m_inside.begin() ==
-               static_cast<std::ptrdiff_t>(place);
+        return find_name(m_names[place].text) == static_cast<int>(place);
     }
     void add_name(std::string_view text, int type, int deduced);
     [[nodiscard]] std::string outside(std::string_view bytes) const;

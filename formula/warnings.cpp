@@ -96,20 +96,17 @@ std::vector<CheckFault> Prepared::check() const {
 void Prepared::add_warnings_of_computing(const std::vector<CheckFault>& faults,
                                          std::vector<Report>& reports) const {
     std::vector<std::string> names;
-    std::vector<bool> texts;
+    Kinds texts;
+    const auto add = [&](const std::string& name, bool is_text) {
+        if (names.size() < most_names) texts[names.size()] = is_text;
+        names.push_back(name);
+    };
     for (std::size_t i = 0; i < m_inside.size(); ++i) {
-        if (!is_first_of_name(i) || !m_recording->uses(m_inside[i])) continue;
-        names.push_back(m_inside[i]);
-        texts.push_back(m_texts[i]);
+        if (is_first_of_name(i) && m_recording->uses(m_inside[i])) add(m_inside[i], m_texts[i]);
     }
-    for (const FreeName& name : m_recording->free_names()) {
-        names.push_back(name.name);
-        texts.push_back(name.type == type_text);
-    }
+    for (const FreeName& name : m_recording->free_names()) add(name.name, name.type == type_text);
     if (names.size() > most_names) return;
-    Kinds kinds;
-    for (std::size_t i = 0; i < names.size(); ++i) kinds[i] = texts[i];
-    const Recording recording(m_formula, names, kinds);
+    const Recording recording(m_formula, names, texts);
     for (const Extent call : recording.short_calls()) {
         const auto is_told = [call](const CheckFault& f) { return f.where.begin == call.begin; };
         if (std::ranges::any_of(faults, is_told)) continue;

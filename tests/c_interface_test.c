@@ -326,7 +326,8 @@ static void test_misuse(void) {
     EXPECT(morandel_error_reason(error) == MORANDEL_REASON_TOO_MANY_NAMES);
     morandel_error_free(error);
     EXPECT(morandel_formula_name(formula, 0, NULL) == 0);
-    EXPECT(morandel_formula_compute_numbers(NULL, &number, 1, &number) == 0);
+    number = 7.0;
+    EXPECT(morandel_formula_compute_numbers(NULL, &number, 1, &number) == 0 && number == 0.0);
     EXPECT(morandel_formula_compute_numbers(formula, NULL, 1, &number) == 0);
     EXPECT(morandel_formula_compute_numbers(formula, &number, 1, NULL) == 0);
     EXPECT(morandel_formula_compute_numbers(formula, &number, 2, &number) == 0);

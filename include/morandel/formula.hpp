@@ -516,11 +516,10 @@ class Formula {
 
     // Tells why it fails.
     [[nodiscard]] double compute_slowly(const double* numbers, std::size_t count) const {
+        if (numbers == nullptr) return compute(nullptr, count).number();
         std::vector<morandel_value> list;
-        for (std::size_t i = 0; numbers != nullptr && i < count; ++i) {
-            list.push_back(morandel_number(numbers[i]));
-        }
-        return compute(numbers == nullptr ? nullptr : list.data(), count).number();
+        for (std::size_t i = 0; i < count; ++i) list.push_back(morandel_number(numbers[i]));
+        return compute(list.data(), count).number();
     }
     Result compute(const morandel_value* values, std::size_t count) const {
         const detail::Owned<morandel_result> result(morandel_result_create());
