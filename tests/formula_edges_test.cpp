@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -16,19 +15,16 @@
 
 #include <morandel/formula.hpp>
 
+#include "tests/formula_outcome.h"
+
 namespace {
 
 using morandel::Column;
 using morandel::Error;
-using morandel::evaluate;
 using morandel::Formula;
 using morandel::Kind;
 using morandel::Name;
-
-struct FreeResult {
-    void operator()(morandel_result* result) const { morandel_result_free(result); }
-};
-using OwnedResult = std::unique_ptr<morandel_result, FreeResult>;
+using morandel::tests::OwnedResult;
 
 // The reasons of its warnings.
 std::vector<int> reasons(const Formula& formula) {
@@ -97,10 +93,7 @@ TEST(FormulaEdges, ANumberMayBeOverwrittenByTheResult) {
 
 // As a value, and as a formula, of the use that takes its place; short texts and long ones.
 TEST(FormulaEdges, ATextOfAResultMayBeAValueOfItsNextUse) {
-    struct FreeResult {
-        void operator()(morandel_result* result) const { morandel_result_free(result); }
-    };
-    const std::unique_ptr<morandel_result, FreeResult> result(morandel_result_create());
+    const OwnedResult result(morandel_result_create());
     const auto text = [&] {
         std::size_t size = 0;
         const char* bytes = morandel_result_text(result.get(), &size);

@@ -46,6 +46,11 @@ struct FreeFormula {
 };
 using OwnedFormula = std::unique_ptr<morandel_formula, FreeFormula>;
 
+struct FreeResult {
+    void operator()(morandel_result* result) const { morandel_result_free(result); }
+};
+using OwnedResult = std::unique_ptr<morandel_result, FreeResult>;
+
 // Of a formula prepared with those names; where types are told, it is made ready for these values.
 OwnedFormula prepare(const std::string& formula, const std::vector<NamedValue>& values, int flags,
                      bool tells_types, ComputedValue& refusal);

@@ -81,13 +81,9 @@ struct Given {
     std::vector<double> values;
 };
 
-struct FreeResult {
-    void operator()(morandel_result* result) const { morandel_result_free(result); }
-};
-
 // All ways of computing, for these values.
 void compare(const std::string& text, const morandel_formula* formula, const Given& given) {
-    static const std::unique_ptr<morandel_result, FreeResult> result(morandel_result_create());
+    static const OwnedResult result(morandel_result_create());
     std::vector<morandel_value> list;
     for (const double value : given.values) list.push_back(morandel_number(value));
     const int wanted =
