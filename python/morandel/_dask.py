@@ -4,7 +4,7 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Any, Dict, List, Optional
 
-from . import _titles
+from . import _titles, _values
 from ._errors import FormulaError, named_error
 from ._frames import ERROR_COLUMNS, Formulas, add_columns, source
 
@@ -15,7 +15,7 @@ if TYPE_CHECKING:
 def add(
     df: Any, formulas: Formulas, order: List[str], on_error: OnError, origin: Optional[str]
 ) -> Any:
-    meta = _meta(df._meta, formulas)
+    meta = _meta(df, formulas)
     if on_error != "collect":
         return df.map_partitions(_add_to_part, formulas, order, on_error, origin, meta=meta)
     import dask
@@ -54,30 +54,27 @@ def _add_to_part(
         raise named_error(problem, f"partition {number}: {problem}") from None
 
 
-def _meta(meta: Any, formulas: Formulas) -> Any:
+def _meta(df: Any, formulas: Formulas) -> Any:
     import pandas
 
     columns: Dict[str, Any] = {
-        name: pandas.Series([], dtype="object" if _gives_text(name, formulas, meta) else "float64")
+        name: pandas.Series([], dtype="object" if _gives_text(name, formulas, df) else "float64")
         for name in formulas
     }
-    return meta.assign(**columns)
+    return df._meta.assign(**columns)
 
 
-def _gives_text(name: str, formulas: Formulas, meta: Any) -> bool:
+def _gives_text(name: str, formulas: Formulas, df: Any) -> bool:
     """What is a name alone is what its column is."""
-    import pandas
-
     formula = formulas[name]
     if not formula._is_alone():
         return formula.kind == "text"
     used = next(iter(formula.names))
-    new = source(used, name, formulas, meta.columns)
+    new = source(used, name, formulas, df.columns)
     if new is not None:
-        return _gives_text(new, formulas, meta)
-    column = meta[_titles.find(used, meta.columns)]
-    dtype = getattr(column.dtype, "categories", column).dtype
-    return not pandas.api.types.is_numeric_dtype(dtype)
+        return _gives_text(new, formulas, df)
+    sample = df._meta_nonempty[_titles.find(used, df.columns)]
+    return _values.kind_of(sample) == _values.TEXT
 
 
 def _error_meta(meta: Any) -> Any:

@@ -72,13 +72,12 @@ def _categories(name: str, categories: Any, codes: Any, kind: str, wrong: Option
     """Looks at each category once, and fails for those alone that a cell has."""
     wrong_categories: Wrong = {}
     of_each = _flat(name, np.asarray(categories), kind, wrong_categories)
-    if wrong is None and np.isin(codes, list(wrong_categories)).any():
+    if wrong is not None:
+        for code, value in wrong_categories.items():
+            wrong.update((row, value) for row in np.flatnonzero(codes == code).tolist())
+    elif wrong_categories and np.isin(codes, list(wrong_categories)).any():
         cells = np.append(np.asarray(categories, dtype=object), np.array([None]))[codes]
         return _flat(name, cells, kind, None)
-    for code, value in wrong_categories.items():
-        if wrong is None:
-            break
-        wrong.update((row, value) for row in np.flatnonzero(codes == code).tolist())
     if kind == NUMBER:
         return np.append(of_each, np.nan)[codes]
     if not isinstance(of_each, np.ndarray) or of_each.dtype != object:

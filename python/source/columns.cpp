@@ -162,7 +162,7 @@ class Run {
         if (now < m_next_check) return;
         m_next_check = now + between_signals;
         const py::gil_scoped_acquire locked;
-        if (PyErr_CheckSignals() != 0) throw py::error_already_set();
+        end_if_interrupted();
     }
 
     Computation m_computation;

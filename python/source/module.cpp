@@ -136,9 +136,7 @@ class Prepared {
         py::list errors;
         for (const std::size_t row : rows) {
             constexpr std::size_t rows_between_signals = 1024;
-            if (errors.size() % rows_between_signals == 0 && PyErr_CheckSignals() != 0) {
-                throw py::error_already_set();
-            }
+            if (errors.size() % rows_between_signals == 0) end_if_interrupted();
             try {
                 throw_row_error(m_formula, sources, row, wants_text);
                 errors.append(py::none());

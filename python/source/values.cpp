@@ -30,15 +30,12 @@ bool may_have_nan(const double* numbers, std::size_t count) {
 
 constexpr std::size_t rows_between_signals = 65536;
 
-// Ends with KeyboardInterrupt where one came.
 template <class Work>
 void each_object(const py::array& objects, const Work& work) {
     const char* first = static_cast<const char*>(objects.data());
     const std::ptrdiff_t stride = objects.strides(0);
     for (std::size_t row = 0; row < static_cast<std::size_t>(objects.size()); ++row) {
-        if (row % rows_between_signals == 0 && PyErr_CheckSignals() != 0) {
-            throw py::error_already_set();
-        }
+        if (row % rows_between_signals == 0) end_if_interrupted();
         PyObject* object = nullptr;
         std::memcpy(&object, first + static_cast<std::ptrdiff_t>(row) * stride, sizeof object);
         work(row, object == nullptr ? Py_None : object);
@@ -70,6 +67,10 @@ morandel_column single_text(const std::string& text) {
 }
 
 }  // namespace
+
+void end_if_interrupted() {
+    if (PyErr_CheckSignals() != 0) throw py::error_already_set();
+}
 
 bool is_missing(PyObject* object) {
     if (object == Py_None) return true;

@@ -16,6 +16,9 @@ namespace morandel::python {
 
 namespace py = pybind11;
 
+// Throws KeyboardInterrupt where one came.
+void end_if_interrupted();
+
 // Of one name for all rows: a float, a str, a double array of any stride, an object array of
 // texts, or a pair of codes and the texts that they stand for.
 class Source {
