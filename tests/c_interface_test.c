@@ -273,6 +273,9 @@ static void test_columns(void) {
     morandel_texts_free(texts);
     columns[0].size = 1;
     EXPECT(morandel_formula_text_columns(formula, columns, 2, 3, &texts, NULL, NULL) == 0);
+    columns[0].offsets = offsets;
+    columns[0].offset_size = sizeof offsets[0];
+    EXPECT(morandel_formula_text_columns(formula, columns, 2, 1, &texts, NULL, NULL) == 0);
     morandel_formula_free(formula);
 }
 
@@ -351,6 +354,9 @@ static void test_misuse(void) {
     EXPECT(morandel_formula_columns(formula, &column, 1, 1, &number, NULL, NULL) == 0);
     EXPECT(morandel_formula_warnings(formula, NULL, NULL) == 0);
     EXPECT(morandel_formula_check(NULL, NULL, NULL) == 0);
+    morandel_formula_free(formula);
+    formula = prepared("2+3");
+    EXPECT(morandel_formula_compute_numbers(formula, NULL, 0, &number) == 1 && number == 5.0);
     morandel_formula_free(formula);
     formula = prepared("a+1");
     EXPECT(morandel_formula_compute_numbers(formula, NULL, 1, &number) == 0);

@@ -268,6 +268,18 @@ TEST(Express, EachLoadDeducesTypesAnew) {
     }
 }
 
+TEST(Express, EachLoadListsTheVariableAnewThatAHostChanged) {
+    CExpress e;
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(e.SetExpression("a+1"), 1);
+        VariableNode* node = e.GetVariableList();
+        ASSERT_NE(node, nullptr);
+        EXPECT_EQ(node->name, "a");
+        EXPECT_EQ(node->type, 1);
+        *node = {"b", 2};
+    }
+}
+
 TEST(Express, ClearOldForgetsTheFormulaButNotTheVariables) {
     CExpress e;
     ASSERT_EQ(e.SetExpression("a+1/0"), 1);

@@ -157,6 +157,13 @@ TEST(FormulaEdges, ColumnsMayBeOverwrittenByResults) {
     }
 }
 
+TEST(FormulaEdges, ANumberOfOneRowMayBeOverwrittenByItsResult) {
+    const Formula formula("a*2+b", {"a", "b"});
+    double value = 1e-30;
+    EXPECT_EQ(formula.columns({Column(&value, 1), 0.25}, 1, &value), std::vector<unsigned char>{0});
+    EXPECT_EQ(value, 0.25);
+}
+
 TEST(FormulaEdges, TextsAndTheirOffsetsMayBeOverwrittenByResults) {
     constexpr std::size_t rows = 40;
     constexpr std::size_t width = sizeof(double);
@@ -295,6 +302,10 @@ TEST(FormulaEdges, WarnsOfAFormulaWithManyGivenNames) {
     const std::vector<int> both{MORANDEL_REASON_CANNOT_SUFFICE, MORANDEL_REASON_NOT_READ};
     EXPECT_EQ(reasons(Formula("left(\"abcd\",2)+b ;2", fifty, MORANDEL_ALLOW_FREE_NAMES)), both);
     EXPECT_EQ(reasons(Formula("left(\"abcd\",2)+n49 ;2", fifty)), both);
+
+    std::string sum = "left(\"abcd\",2)";
+    for (const Name& name : fifty) sum += "+" + name.text;
+    EXPECT_EQ(reasons(Formula(sum + " ;2", std::vector<Name>{}, MORANDEL_ALLOW_FREE_NAMES)), both);
 }
 
 TEST(FormulaEdges, WarnsOfFreeNamesByTheTypeOfTheirPlace) {
