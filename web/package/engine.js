@@ -1,6 +1,6 @@
 // Formulas over the calls of the C interface.
 
-import { createExchange, FormulaError, isText, kindNames, kindOf, sizes } from "./exchange.js";
+import { createExchange, FormulaError, isText, kindNames, kindOf, readColumn, sizes } from "./exchange.js";
 import { Frame, Memory } from "./memory.js";
 
 const allowFreeNames = 1;
@@ -26,8 +26,9 @@ function entriesOf(values) {
 
 export function createEngine(exports) {
     const memory = new Memory(exports);
-    const { readPosition, readResult, readNotice, takeError, writeName, writeValue, writeColumn } =
-        createExchange(exports, memory);
+    const {
+        readPosition, readResult, readNotice, takeError, takeRowError, writeName, writeValue, writeColumn,
+    } = createExchange(exports, memory);
     const sharedResult = exports.morandel_result_create();
 
     const registry = new FinalizationRegistry((held) => {
@@ -36,22 +37,62 @@ export function createEngine(exports) {
     });
 
     class Formula {
-        #held;
-        #isBytes;
+        #held = { formula: 0, numbers: 0 };
+        #text;
+        #names;
+        #freeNames;
 
         // names: for which values are given, in the order of the values; an array of names, or an
         // object of kinds by name. Without it, all that the formula uses.
         constructor(text, names, options = {}) {
-            this.text = text;
-            this.#isBytes = text instanceof Uint8Array;
-            const flags =
-                (options.allowFreeNames ? allowFreeNames : 0) | (this.#isBytes ? codePage936 : 0);
-            const formula = Frame.with(memory, (frame) => {
-                const { pointer, size } = frame.text(text);
+            if (!isText(text)) throw new TypeError("a formula is a string or bytes");
+            this.#text = text;
+            this.#held.formula = this.#prepare(names, options.allowFreeNames);
+            registry.register(this, this.#held, this.#held);
+            try {
+                this.#names = this.#readNames(
+                    exports.morandel_formula_name_count,
+                    exports.morandel_formula_name,
+                );
+                this.#freeNames = this.#readNames(
+                    exports.morandel_formula_free_name_count,
+                    exports.morandel_formula_free_name,
+                );
+                this.#held.numbers = memory.allocate((this.#names.length + 1) * 8);
+            } catch (error) {
+                this.free();
+                throw error;
+            }
+        }
+
+        get text() {
+            return this.#text;
+        }
+
+        get names() {
+            return this.#names;
+        }
+
+        get freeNames() {
+            return this.#freeNames;
+        }
+
+        get #isBytes() {
+            return this.#text instanceof Uint8Array;
+        }
+
+        #frame(work) {
+            return Frame.with(memory, work, this.#isBytes);
+        }
+
+        #prepare(names, allowsFreeNames) {
+            const flags = (allowsFreeNames ? allowFreeNames : 0) | (this.#isBytes ? codePage936 : 0);
+            return this.#frame((frame) => {
+                const { pointer, size } = frame.text(this.#text);
                 let list = 0;
                 let count = 0;
                 if (names) {
-                    const given = Array.isArray(names) ? names.map((n) => [n]) : entriesOf(names);
+                    const given = Array.isArray(names) ? Array.from(names, (n) => [n]) : entriesOf(names);
                     count = given.length;
                     list = frame.room((count + 1) * sizes.name);
                     given.forEach(([name, kind], index) =>
@@ -67,31 +108,20 @@ export function createEngine(exports) {
                 }
                 return memory.view.getUint32(made, true);
             });
-            this.names = Object.freeze(
-                this.#readNames(formula, exports.morandel_formula_name_count, exports.morandel_formula_name),
-            );
-            this.freeNames = Object.freeze(
-                this.#readNames(
-                    formula,
-                    exports.morandel_formula_free_name_count,
-                    exports.morandel_formula_free_name,
-                ),
-            );
-            this.#held = { formula, numbers: memory.allocate((this.names.length + 1) * 8) };
-            registry.register(this, this.#held, this.#held);
         }
 
-        #readNames(formula, count, get) {
-            return Frame.with(memory, (frame) => {
+        #readNames(count, get) {
+            return this.#frame((frame) => {
                 const room = frame.room(sizes.name);
-                return Array.from({ length: count(formula) }, (_, index) => {
-                    get(formula, index, room);
+                const list = Array.from({ length: count(this.#formula) }, (_, index) => {
+                    get(this.#formula, index, room);
                     const field = (offset) => memory.view.getInt32(room + offset, true);
                     return Object.freeze({
                         name: memory.read(field(0) >>> 0, field(4) >>> 0, this.#isBytes),
                         kind: kindNames[field(8)],
                     });
                 });
+                return Object.freeze(list);
             });
         }
 
@@ -106,14 +136,18 @@ export function createEngine(exports) {
             return this.#numbers(list) ?? this.#compute(list);
         }
 
+        // A list of its own, which does not change while it is handed over.
         #byPlace(values) {
-            if (Array.isArray(values)) return values;
-            return this.names.map(({ name }) => own(values, name));
+            if (Array.isArray(values)) return Array.from(values);
+            if (this.#isBytes && this.#names.length > 0) {
+                throw new TypeError("values of a formula of bytes are given by place");
+            }
+            return this.#names.map(({ name }) => own(values, name));
         }
 
         #numbers(list) {
             const formula = this.#formula;
-            if (list.length !== this.names.length) return null;
+            if (list.length !== this.#names.length) return null;
             const { numbers } = this.#held;
             const { view } = memory;
             for (let i = 0; i < list.length; ++i) {
@@ -128,7 +162,7 @@ export function createEngine(exports) {
         }
 
         #compute(list) {
-            return Frame.with(memory, (frame) => {
+            return this.#frame((frame) => {
                 const pointer = frame.room(list.length * sizes.value);
                 list.forEach((value, index) =>
                     writeValue(frame, pointer + index * sizes.value, value),
@@ -186,37 +220,42 @@ export function createEngine(exports) {
                     throw takeError(error);
                 }
                 const texts = memory.view.getUint32(made, true);
-                const bytes = exports.morandel_texts_bytes(texts, 0) >>> 0;
-                const offsets = exports.morandel_texts_offsets(texts) >>> 0;
-                const { view } = memory;
-                const at = (row) => view.getUint32(offsets + row * 4, true);
-                const results = Array.from({ length }, (_, row) =>
-                    memory.read(bytes + at(row), at(row + 1) - at(row), this.#isBytes),
-                );
-                exports.morandel_texts_free(texts);
-                return { results, status: memory.bytes.slice(status, status + length) };
+                try {
+                    const bytes = exports.morandel_texts_bytes(texts, 0) >>> 0;
+                    const offsets = exports.morandel_texts_offsets(texts) >>> 0;
+                    const { view } = memory;
+                    const at = (row) => view.getUint32(offsets + row * 4, true);
+                    const results = Array.from({ length }, (_, row) =>
+                        memory.read(bytes + at(row), at(row + 1) - at(row), this.#isBytes),
+                    );
+                    return { results, status: memory.bytes.slice(status, status + length) };
+                } finally {
+                    exports.morandel_texts_free(texts);
+                }
             });
         }
 
         // Why a row fails, or null; wants is "number" or "text", as the row was asked for.
         rowError(values, row, wants = "number", rows = undefined) {
             return this.#withColumns(values, rows, (frame, list, count, length) => {
+                if (!Number.isInteger(row) || row < 0 || row >= length) throw new RangeError("no such row");
                 const error = frame.room(4);
                 const fails = exports.morandel_formula_row_error(
                     this.#formula, list, count, length, row, kindOf(wants), error,
                 );
-                return fails === 1 ? takeError(error) : null;
+                return fails === 1 ? takeRowError(error) : null;
             });
         }
 
         #withColumns(values, rows, work) {
-            const columns = this.#byPlace(values);
-            const lengths = columns.filter((c) => typeof c === "object" && !isText(c)).map((c) => c.length);
+            const columns = this.#byPlace(values).map(readColumn);
+            const lengths = columns.filter(({ isSingle }) => !isSingle).map(({ list }) => list.length);
             const length = rows ?? lengths[0] ?? 1;
+            if (!Number.isSafeInteger(length) || length < 0) throw new RangeError("rows are a whole number");
             if (lengths.some((other) => other !== length)) {
                 throw new RangeError("columns have one length");
             }
-            return Frame.with(memory, (frame) => {
+            return this.#frame((frame) => {
                 const list = frame.room(columns.length * sizes.column);
                 columns.forEach((column, index) =>
                     writeColumn(frame, list + index * sizes.column, column),

@@ -5,6 +5,7 @@ import { Frame } from "./memory.js";
 
 export const kinds = { deduced: -1, integer: 0, number: 1, text: 2 };
 export const kindNames = ["integer", "number", "text"];
+const valueCount = 11;
 const noMemory = 14;
 
 export const sizes = { name: 12, value: 24, position: 16, fault: 36, column: 28, function: 20 };
@@ -30,11 +31,24 @@ export function kindOf(kind) {
     return kinds[kind];
 }
 
+// What is given for a name, for a list of rows or for all of them.
+export function readColumn(column) {
+    if (isText(column) || typeof column === "number") return { list: [column], isSingle: true };
+    if (typeof column !== "object" || column === null) {
+        throw new TypeError("a column is numbers, strings, or one of them");
+    }
+    return { list: column instanceof Float64Array ? column : Array.from(column), isSingle: false };
+}
+
 // The calls' results and errors, read, and what they are handed, written.
 export function createExchange(exports, memory) {
     function readPosition(pointer) {
         const field = (index) => memory.view.getUint32(pointer + index * 4, true);
-        return { byte: field(0), character: field(1), bytes: field(2), characters: field(3) };
+        const [byte, character, bytes, characters] = [0, 1, 2, 3].map(field);
+        // What takes four bytes of UTF-8 is two characters of a string. No formula has it, so it is
+        // met alone and once.
+        const isPair = bytes === 4 && characters === 1;
+        return { byte, character, bytes, characters: isPair ? 2 : characters };
     }
 
     function readSized(call, handle, isBytes) {
@@ -68,6 +82,13 @@ export function createExchange(exports, memory) {
         return notice.reason === noMemory ? new RangeError("out of memory") : new FormulaError(notice);
     }
 
+    // Of a row, for the caller to give; what is wrong with the call is thrown.
+    function takeRowError(errorRoom) {
+        const error = takeError(errorRoom);
+        if (error.reason === undefined || error.reason === valueCount) throw error;
+        return error;
+    }
+
     function writeName(frame, pointer, name, kind) {
         const text = frame.text(name);
         memory.view.setUint32(pointer, text.pointer, true);
@@ -88,24 +109,21 @@ export function createExchange(exports, memory) {
         }
     }
 
-    function writeColumn(frame, pointer, column) {
+    function writeColumn(frame, pointer, { list, isSingle }) {
         const set = (offset, value) => memory.view.setUint32(pointer + offset, value, true);
-        const single = isText(column) || typeof column === "number";
-        const list = single ? [column] : column;
-        const hasTexts = !(list instanceof Float64Array) && list.some(isText);
-        if (!hasTexts) {
-            const numbers = list instanceof Float64Array ? list : Float64Array.from(list);
-            const place = frame.numbers(numbers);
+        const isNumber = (value) => typeof value === "number";
+        if (list instanceof Float64Array || list.every(isNumber)) {
+            const place = frame.numbers(list);
             set(0, kinds.number);
             set(4, place);
-            set(8, single ? 0 : 8);
+            set(8, isSingle ? 0 : 8);
         } else {
-            if (!list.every(isText)) throw new TypeError("a column has numbers or strings, not both");
+            if (!list.every(isText)) throw new TypeError("a column has numbers or strings alone");
             const texts = frame.texts(list);
             set(0, kinds.text);
             set(12, texts.pointer);
-            set(16, single ? 0 : texts.offsets);
-            set(20, single ? 0 : 4);
+            set(16, isSingle ? 0 : texts.offsets);
+            set(20, isSingle ? 0 : 4);
             set(24, texts.size);
         }
     }
@@ -116,5 +134,7 @@ export function createExchange(exports, memory) {
         return readSized(exports.morandel_result_text, result, isBytes);
     }
 
-    return { readPosition, readResult, readNotice, takeError, writeName, writeValue, writeColumn };
+    return {
+        readPosition, readResult, readNotice, takeError, takeRowError, writeName, writeValue, writeColumn,
+    };
 }

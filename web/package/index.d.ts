@@ -1,15 +1,17 @@
-/** A value of a name: a number, or a text. Bytes are texts of formulas that are bytes themselves. */
+/** A value of a name: a number, or a text. Bytes are texts of formulas that are bytes themselves,
+ *  where a string is to be ASCII. */
 export type Value = number | string | Uint8Array;
 
 /** Values of a name for all rows, or one for all of them. */
-export type Column = Float64Array | readonly number[] | readonly (string | Uint8Array)[] | Value;
+export type Column = Float64Array | ArrayLike<number> | readonly (string | Uint8Array)[] | Value;
 
-/** Values by name, or by place. */
+/** Values by name, or by place; by place alone for a formula of bytes. */
 export type Values<T> = Readonly<Record<string, T>> | ReadonlyMap<string, T> | readonly T[];
 
 export type Kind = "integer" | "number" | "text";
 
-/** In a text, from 0. Characters are as JavaScript counts them. */
+/** In a text, from 0. Bytes are those of UTF-8, or of a formula of bytes; characters are as
+ *  JavaScript counts them. */
 export interface Position {
     readonly byte: number;
     readonly character: number;
@@ -49,8 +51,9 @@ export interface Fault {
     readonly position: Position;
 }
 
-export interface Name {
-    readonly name: string;
+/** A text of a formula of bytes is bytes. */
+export interface Name<Text extends string | Uint8Array = string> {
+    readonly name: Text;
     readonly kind: Kind;
 }
 
@@ -63,22 +66,22 @@ export type Names =
 /** What becomes of a row. */
 export const rowStatus: Readonly<{ ok: 0; failed: 1; otherType: 2; noText: 3 }>;
 
-/** Ready to be computed. It cannot change. */
-export class Formula {
-    /** Without names, all that the formula uses, in the order of their first appearance. A formula
-     *  of bytes is of code page 936, and so are its names and texts, in and out. */
-    constructor(text: string | Uint8Array, names?: Names | null, options?: { allowFreeNames?: boolean });
-    readonly text: string | Uint8Array;
-    readonly names: readonly Name[];
+/** Ready to be computed. It cannot change. What fails throws a FormulaError, a wrong call a
+ *  TypeError or a RangeError, and memory that has run out a RangeError. */
+export interface Formula<Text extends string | Uint8Array = string> {
+    readonly text: Text;
+    readonly names: readonly Name<Text>[];
     /** What the formula uses and nobody gives a value to. */
-    readonly freeNames: readonly Name[];
-    compute(values?: Values<Value>): number | string;
-    computeWithKind(values?: Values<Value>): { value: number | string; kind: Kind };
-    /** A number for each row, the same bits as row by row; a failed row gives 0. */
+    readonly freeNames: readonly Name<Text>[];
+    compute(values?: Values<Value>): number | Text;
+    computeWithKind(values?: Values<Value>): { value: number | Text; kind: Kind };
+    /** A number for each row, the same bits as row by row; a failed row gives 0. Rows are as many as
+     *  the columns have; where each is one value, rows, else 1. */
     columns(values?: Values<Column>, rows?: number): { results: Float64Array; status: Uint8Array };
     /** A text for each row; a failed row gives an empty one. */
-    textColumns(values?: Values<Column>, rows?: number): { results: string[]; status: Uint8Array };
-    /** Why a row fails; null where it does not. */
+    textColumns(values?: Values<Column>, rows?: number): { results: Text[]; status: Uint8Array };
+    /** Why a row, from 0, fails; null where it does not. It looks at all columns, so a loop over rows
+     *  is better off with the values of one row alone. */
     rowError(values: Values<Column>, row: number, wants?: "number" | "text", rows?: number): FormulaError | null;
     /** What the language accepts and a person rarely means, by position. */
     warnings(): Notice[];
@@ -88,12 +91,20 @@ export class Formula {
     free(): void;
 }
 
+/** Without names, all that the formula uses, in the order of their first appearance. A formula of
+ *  bytes is of code page 936, and so are its names and texts, in and out. */
+export const Formula: {
+    new (text: string, names?: Names | null, options?: { allowFreeNames?: boolean }): Formula;
+    new (text: Uint8Array, names?: Names | null, options?: { allowFreeNames?: boolean }): Formula<Uint8Array>;
+};
+
 /** Prepares a formula, computes it once, and lets go of it. */
 export function evaluate(text: string, values?: Readonly<Record<string, Value>> | ReadonlyMap<string, Value>): number | string;
+export function evaluate(text: Uint8Array, values?: Readonly<Record<string, Value>> | ReadonlyMap<string | Uint8Array, Value>): number | Uint8Array;
 /** What the checker finds of a formula. */
-export function check(text: string, names?: Names): Fault[];
+export function check(text: string | Uint8Array, names?: Names): Fault[];
 /** Prepares a formula for columns by name and computes a number for each row. */
-export function columns(text: string, values: Readonly<Record<string, Column>>, rows?: number): { results: Float64Array; status: Uint8Array };
+export function columns(text: string, values: Readonly<Record<string, Column>> | ReadonlyMap<string, Column>, rows?: number): { results: Float64Array; status: Uint8Array };
 
 /** The functions of the language, in the order people look for them. */
 export function functions(): { name: string; kinds: string; arguments: string; summary: string; example: string }[];
