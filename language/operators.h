@@ -51,7 +51,7 @@ inline constexpr Operator operator_table[] = {
     {"-",     '-',        Level::sum,       apply<std::minus<>>,         nullptr, Error::nothing_after_sum,        '-'},
     {"*",     '*',        Level::product,   apply<std::multiplies<>>,    nullptr, Error::nothing_after_product},
     {"/",     '/',        Level::product,   divide,                      nullptr, Error::nothing_after_product},
-    {"!",     '!',        Level::factorial, factorial,                   nullptr, Error::none,                     0,   0, 1},
+    {"!",     '!',        Level::factorial, factorial,                   nullptr, Error::none,                     0,   0},
     {"^",     '^',        Level::power,     raise,                       nullptr, Error::nothing_after_power},
     {"like",  code_like,  Level::relation,  nullptr,                    contains, Error::nothing_after_like,       'l', 2, 2},
     {"equal", code_equal, Level::relation,  nullptr,                   same_text, Error::nothing_after_equal_word, 'e', 2, 2},

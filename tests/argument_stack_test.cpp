@@ -73,6 +73,14 @@ TEST(ArgumentStack, DropsTheOldestOverAndOver) {
     }
 }
 
+// Where the first one is in the middle of the room.
+TEST(ArgumentStack, GrowsAfterTheOldestWereDropped) {
+    Stack stack = stack_of(8);
+    stack.drop_oldest(5);
+    for (int i = 9; i <= 14; ++i) stack.push(i);
+    EXPECT_EQ(content(stack), (std::vector{4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
+}
+
 // Batches take it that nothing has changed where the count is the same.
 TEST(ArgumentStack, EveryChangeCounts) {
     Stack stack;

@@ -153,6 +153,21 @@ TEST(Express, SlotsKeepWhatTheyHold) {
     EXPECT_EQ(value_of(e, "a+b"), 3.0);
 }
 
+// Of many, which are looked for by another way than few.
+TEST(Express, ASlotThatDoesNotCountIsNotFound) {
+    CExpress e;
+    e.SetNumberOfPara(10);
+    for (int i = 1; i <= 10; ++i) set_number(e, i, "n" + std::to_string(i), i);
+    EXPECT_EQ(value_of(e, "n1+n9+n10"), 20.0);
+    e.SetNumberOfPara(8);
+    for (const char* name : {"n9", "n10"}) {
+        EXPECT_EQ(e.SetExpression(name), 1);
+        EXPECT_EQ(e.GetVariableNum(), 1) << name;
+        EXPECT_EQ(e.CalcExpression(), 0) << name;
+    }
+    EXPECT_EQ(value_of(e, "n1+n8"), 9.0);
+}
+
 // Names of every length that differ in one byte only.
 TEST(Express, ASlotTakesAnotherName) {
     for (std::size_t size = 1; size <= 40; ++size) {
