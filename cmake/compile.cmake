@@ -16,6 +16,12 @@ else()
   if(NOT CMAKE_SYSTEM_NAME STREQUAL "WASI")
     target_compile_options(morandel_compile INTERFACE -fno-semantic-interposition)
   endif()
+  # Of an inline function that several files have, the linker keeps one, maybe a host's that is
+  # optimised in another way. MinGW's compiler takes it for its own here, and would count on the
+  # registers that its own leaves alone.
+  if(MINGW)
+    target_compile_options(morandel_compile INTERFACE -fno-ipa-ra)
+  endif()
   if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "x86|86")
     target_compile_options(morandel_compile INTERFACE -msse2 -mfpmath=sse)
   endif()
