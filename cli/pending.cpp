@@ -135,13 +135,6 @@ class Walk {
 
 }  // namespace
 
-ArgumentCounts argument_counts(const Function& function) {
-    const std::string_view kinds = function.kinds;
-    const std::size_t bracket = std::min(kinds.find('['), kinds.size());
-    if (kinds.ends_with('*')) return {bracket - 1, static_cast<std::size_t>(-1)};
-    return {bracket, bracket == kinds.size() ? bracket : kinds.size() - 1};
-}
-
 Kind wanted_kind(const Function& function, std::size_t argument) {
     std::string kinds(function.kinds);
     std::erase(kinds, '[');

@@ -15,12 +15,6 @@ namespace morandel::cli {
 // Of a name; open where it is not known.
 using KindOfName = std::function<Kind(std::string_view name)>;
 
-struct ArgumentCounts {
-    std::size_t fewest;
-    std::size_t most;
-};
-ArgumentCounts argument_counts(const Function& function);
-
 // The kind that an operand or argument should have, by its index; open where there is none.
 Kind wanted_kind(const Function& function, std::size_t argument);
 Kind wanted_kind(const Tree& tree, const Node& node, std::size_t operand);

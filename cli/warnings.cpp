@@ -6,6 +6,7 @@
 
 #include "cli/encoding.h"
 #include "cli/tree.h"
+#include "language/functions.h"
 
 namespace morandel::cli {
 namespace {

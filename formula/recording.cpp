@@ -10,6 +10,7 @@
 #include "engine/scanner.h"
 #include "formula/places.h"
 #include "formula/reading.h"
+#include "language/functions.h"
 
 namespace morandel::formula {
 namespace {
@@ -203,6 +204,29 @@ std::vector<bool> Recording::known_kinds(bool of_texts) const {
         can_hold[place] = (value.type == type_text) == of_texts;
     }
     return can_hold;
+}
+
+std::vector<MiscountedCall> Recording::miscounted_calls() const {
+    struct Open {
+        Token function;  // or what else stands before the parenthesis
+        std::size_t arguments = 1;
+    };
+    std::vector<Open> open;
+    std::vector<MiscountedCall> calls;
+    each_token(m_formula, [&](const Token& token, const Token& before) {
+        if (token.code == '(') open.push_back({before});
+        if (token.code == ',' && !open.empty()) ++open.back().arguments;
+        if (token.code != ')' || open.empty()) return false;
+        const auto [function, arguments] = open.back();
+        open.pop_back();
+        const FunctionRow* row = function_of_code(function.code);
+        if (row == nullptr) return false;
+        const auto [fewest, most] = argument_counts(*row);
+        if (arguments < fewest) calls.push_back({MORANDEL_REASON_TOO_FEW, extent_of(function)});
+        if (arguments > most) calls.push_back({MORANDEL_REASON_TOO_MANY, extent_of(function)});
+        return false;
+    });
+    return calls;
 }
 
 std::vector<Extent> Recording::short_calls() const {

@@ -45,6 +45,11 @@ struct FreeName {
     Extent where;
 };
 
+struct MiscountedCall {
+    int reason;  // too few or too many
+    Extent where;
+};
+
 // Never changes once it is made, so any number of threads may compute with it. Formula and names
 // belong to the caller and stay where they are.
 class Recording {
@@ -65,6 +70,8 @@ class Recording {
     };
     [[nodiscard]] const std::optional<Ignored>& ignored() const { return m_ignored; }
 
+    // The calls with fewer or more arguments than their functions read.
+    [[nodiscard]] std::vector<MiscountedCall> miscounted_calls() const;
     // The calls that want more further arguments than there can be, whatever the values.
     [[nodiscard]] std::vector<Extent> short_calls() const;
 

@@ -131,6 +131,15 @@ std::vector<Report> Prepared::warnings() const {
         say_wrong_kind(report, fault, about({-1, report.reason, fault.where}));
     }
     add_warnings_of_computing(faults, reports);
+    // The checker counts the arguments of some functions alone.
+    for (const auto& [reason, where] : m_recording->miscounted_calls()) {
+        const auto is_told = [begin = position(where).byte](const Report& report) {
+            return report.position->byte == begin && report.reason != MORANDEL_REASON_WRONG_KIND;
+        };
+        if (std::ranges::none_of(reports, is_told)) {
+            reports.push_back(report_of({-1, reason, where}));
+        }
+    }
     std::ranges::sort(reports, {},
                       [](const Report& r) { return std::pair(r.position->byte, r.reason); });
     return reports;

@@ -57,6 +57,13 @@ struct FunctionRow : Function {
     CheckRule check;
 };
 
+// How many arguments a call reads.
+struct ArgumentCounts {
+    std::size_t fewest;
+    std::size_t most;
+};
+ArgumentCounts argument_counts(const Function& function);
+
 extern const std::array<const FunctionRow*, code_limit> function_index;
 
 // The row of a code; null for any other character.
