@@ -1,14 +1,21 @@
 #include "engine/pending.h"
 
+#include "base/everlasting.h"
+
 namespace morandel {
 
 ArgumentStack<double>& g_NumArray() {
 #ifdef MORANDEL_PROCESS_WIDE_STATE
-    static constinit ArgumentStack<double> numbers;
+    static constinit Everlasting<ArgumentStack<double>> numbers;
 #else
-    static constinit thread_local ArgumentStack<double> numbers;
+    static constinit thread_local Everlasting<ArgumentStack<double>> numbers;
+    // Static objects go after what is the thread's.
+    struct Release {
+        ~Release() { numbers.value = {}; }
+    };
+    static thread_local const Release release;
 #endif
-    return numbers;
+    return numbers.value;
 }
 
 void Pending::prepare(ArgumentStack<double>& numbers) {

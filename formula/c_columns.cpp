@@ -47,7 +47,7 @@ int morandel_formula_text_columns(const morandel_formula* formula, const morande
 }
 
 const char* morandel_texts_bytes(const morandel_texts* texts, size_t* size) {
-    return give_text(texts == nullptr ? nothing : texts->texts.bytes, size);
+    return give_text(texts == nullptr ? nullptr : &texts->texts.bytes, size);
 }
 
 const size_t* morandel_texts_offsets(const morandel_texts* texts) {

@@ -6,6 +6,7 @@
 
 #include <morandel/errors.h>
 
+#include "base/everlasting.h"
 #include "formula/handles.h"
 
 namespace {
@@ -20,15 +21,15 @@ struct Message {
 
 // In UTF-8, made when the first is asked for.
 const Message* find_message(int number) {
-    static const std::vector<Message> messages = [] {
+    static const morandel::Everlasting<std::vector<Message>> messages([] {
         std::vector<Message> rows;
         for (const morandel::ErrorText& row : morandel::error_table()) {
             const Report report = report_of_number(static_cast<int>(row.number));
             rows.push_back({report.number, report.message, report.english});
         }
         return rows;
-    }();
-    for (const Message& row : messages) {
+    }());
+    for (const Message& row : messages.value) {
         if (row.number == number) return &row;
     }
     return nullptr;
@@ -39,7 +40,7 @@ const char* give_message(int number, std::string Message::*text, std::size_t* si
     const char* given = nullptr;
     (void)attempt(nullptr, [&] {
         const Message* row = find_message(number);
-        if (row != nullptr) given = give_text(row->*text, size);
+        if (row != nullptr) given = give_text(&(row->*text), size);
     });
     return given;
 }
@@ -55,11 +56,11 @@ int morandel_error_reason(const morandel_error* error) {
 }
 
 const char* morandel_error_message(const morandel_error* error, size_t* size) {
-    return give_text(error == nullptr ? nothing : error->report.message, size);
+    return give_text(error == nullptr ? nullptr : &error->report.message, size);
 }
 
 const char* morandel_error_english(const morandel_error* error, size_t* size) {
-    return give_text(error == nullptr ? nothing : error->report.english, size);
+    return give_text(error == nullptr ? nullptr : &error->report.english, size);
 }
 
 int morandel_error_position(const morandel_error* error, morandel_position* position) {

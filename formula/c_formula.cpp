@@ -158,5 +158,5 @@ double morandel_result_number(const morandel_result* result) {
 
 const char* morandel_result_text(const morandel_result* result, size_t* size) {
     const bool has_text = result != nullptr && result->result.type == MORANDEL_TEXT;
-    return give_text(has_text ? result->result.text() : nothing, size);
+    return give_text(has_text ? &result->result.text() : nullptr, size);
 }

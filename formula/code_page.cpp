@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
+#include "base/everlasting.h"
 #include "formula/system_code_page.h"
 
 namespace morandel::formula {
@@ -43,8 +43,8 @@ struct Tables {
 };
 
 const Tables& tables() {
-    static const auto made = std::make_unique<const Tables>();
-    return *made;
+    static const Everlasting<Tables> made;
+    return made.value;
 }
 
 unsigned byte_at(std::string_view text, std::size_t at) {

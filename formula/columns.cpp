@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <stdexcept>
 
 #include "base/floating_point.h"
 #include "base/numbers.h"
@@ -204,6 +206,8 @@ void compute_columns(const Prepared& prepared, const Columns& columns, double* r
 
 Texts compute_text_columns(const Prepared& prepared, const Columns& columns,
                            unsigned char* status) {
+    // There is one offset more than rows.
+    if (columns.rows() == std::numeric_limits<std::size_t>::max()) throw std::length_error("rows");
     RowComputation computation(prepared, columns, true);
     Texts texts;
     texts.offsets.reserve(columns.rows() + 1);

@@ -11,6 +11,7 @@
 
 #include <morandel/c.h>
 
+#include "base/everlasting.h"
 #include "formula/columns.h"
 #include "formula/prepared.h"
 #include "formula/report.h"
@@ -48,9 +49,9 @@ namespace morandel::formula {
 
 // What a call gives where memory has run out. It is made when the library is loaded, since its
 // texts may need memory.
-inline morandel_error memory_error{
-    {-1, MORANDEL_REASON_NO_MEMORY, "内存不足", "out of memory", std::nullopt, -1}};
-inline morandel_error* no_memory() { return &memory_error; }
+inline Everlasting<morandel_error> memory_error(Report{-1, MORANDEL_REASON_NO_MEMORY, "内存不足",
+                                                       "out of memory", std::nullopt, -1});
+inline morandel_error* no_memory() { return &memory_error.value; }
 
 inline void give(morandel_error** error, const Report& report) noexcept {
     if (error == nullptr) return;
@@ -82,11 +83,10 @@ Handle& used(Handle* handle) {
     return *handle;
 }
 
-inline const std::string nothing;
-
-inline const char* give_text(const std::string& text, std::size_t* size) {
-    if (size != nullptr) *size = text.size();
-    return text.c_str();
+// Without a text, an empty one.
+inline const char* give_text(const std::string* text, std::size_t* size) {
+    if (size != nullptr) *size = text == nullptr ? 0 : text->size();
+    return text == nullptr ? "" : text->c_str();
 }
 
 }  // namespace morandel::formula

@@ -6,13 +6,17 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <limits>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include <morandel.h>
 #include <morandel/formula.hpp>
 
 #include "tests/formula_outcome.h"
@@ -295,6 +299,32 @@ TEST(FormulaEdges, ANameThatStandsTwiceIsTheFirst) {
     EXPECT_THROW((void)Formula("a+b", {"a", "b"}).compute({{"a", 1.0}}), std::invalid_argument);
 }
 
+TEST(FormulaEdges, OneValueForAllRowsMayBeOfAnyType) {
+    const Formula f("strlen(s)+n+m", {"s", "n", "m"});
+    const std::string text = "abc";
+    std::vector<double> results(2);
+    (void)f.columns({text, 0, 2.5F}, 2, results.data());
+    EXPECT_EQ(results, (std::vector<double>{5.5, 5.5}));
+    (void)f.columns({"ab", Column(1U), true}, 2, results.data());
+    EXPECT_EQ(results, (std::vector<double>{4.0, 4.0}));
+}
+
+TEST(FormulaEdges, ThereAreNeverAsManyRowsAsBytes) {
+    const Formula f("strcat(a,\"b\")", {{"a", Kind::text}});
+    constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
+    const morandel_column column = Column("x").column();
+    for (const std::size_t rows : {most, most - 1}) {
+        morandel_texts* texts = nullptr;
+        morandel_error* error = nullptr;
+        EXPECT_EQ(
+            morandel_formula_text_columns(f.handle(), &column, 1, rows, &texts, nullptr, &error),
+            0);
+        EXPECT_EQ(morandel_error_reason(error), MORANDEL_REASON_NO_MEMORY);
+        morandel_error_free(error);
+    }
+    EXPECT_THROW((void)f.row_error({"x"}, most), std::invalid_argument);
+}
+
 // Fifty names may have values; what a formula does not use need have none.
 TEST(FormulaEdges, WarnsOfAFormulaWithManyGivenNames) {
     std::vector<Name> fifty;
@@ -314,6 +344,29 @@ TEST(FormulaEdges, WarnsOfFreeNamesByTheTypeOfTheirPlace) {
     EXPECT_EQ(
         reasons(Formula("left(strcat(\"a\",t),2)", std::vector<Name>{}, MORANDEL_ALLOW_FREE_NAMES)),
         std::vector<int>{MORANDEL_REASON_CANNOT_SUFFICE});
+}
+
+// A host's static object, made before anything of the library. Where what it computes when it goes
+// is not as ever, the program fails.
+struct LastToGo {
+    ~LastToGo() {
+        if (formula.has_value() && !is_as_ever()) std::_Exit(1);
+    }
+    [[nodiscard]] bool is_as_ever() const {
+        std::size_t size = 0;
+        const char* chinese = morandel_message(33, &size);
+        CExpress express;
+        return (*formula)("苹果").text() == "苹果x" && std::string(chinese, size) == "缺少')'" &&
+               express.SetExpression("mod(7, 4)") == 1 && express.CalcExpression() == 1 &&
+               express.GetResult() == 3.0;
+    }
+    std::optional<Formula> formula;
+};
+LastToGo last_to_go;
+
+TEST(FormulaEdges, StaticObjectsOfAHostMayComputeWhenTheyGo) {
+    last_to_go.formula.emplace("strcat(s, \"x\")");
+    EXPECT_TRUE(last_to_go.is_as_ever());
 }
 
 TEST(FormulaEdges, TypesAreDeducedBesideALongName) {

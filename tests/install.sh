@@ -57,4 +57,31 @@ export PKG_CONFIG_PATH=$libraries/pkgconfig
 g++ "$source_folder/tests/consumer/main.cpp" $(pkg-config --cflags --libs morandel) -Wl,-rpath,"$libraries" -o "$scratch/program"
 expect_host "$scratch/program" "the pkg-config program"
 
+# A host in C, with the static library.
+cat >"$scratch/host.c" <<'EOF'
+#include <stdio.h>
+#include <morandel/c.h>
+int main(void) {
+    morandel_result* result = morandel_result_create();
+    if (!morandel_evaluate("strcat(\"2.\", \"68\")", MORANDEL_TERMINATED, NULL, NULL, 0, result, NULL)) return 1;
+    puts(morandel_result_text(result, NULL));
+    morandel_result_free(result);
+    return 0;
+}
+EOF
+cat >"$scratch/CMakeLists.txt" <<'EOF'
+cmake_minimum_required(VERSION 3.25)
+project(host LANGUAGES C)
+find_package(morandel 10 REQUIRED)
+add_executable(host host.c)
+target_link_libraries(host PRIVATE morandel::static)
+EOF
+cmake -G Ninja -S "$scratch" -B "$scratch/build-c" -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/log" 2>&1 &&
+    cmake --build "$scratch/build-c" >>"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
+[ "$("$scratch/build-c/host")" = 2.68 ]
+mkdir "$scratch/static"
+cp "$libraries/libmorandel.a" "$scratch/static"
+gcc "$scratch/host.c" $(pkg-config --cflags morandel) -L"$scratch/static" $(pkg-config --static --libs-only-l morandel) -o "$scratch/program"
+[ "$("$scratch/program")" = 2.68 ]
+
 [ "$("$prefix/bin/morandel" 'preci(2.675, 2)')" = 2.68 ]

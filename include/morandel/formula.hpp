@@ -237,15 +237,17 @@ class Expected {
 class Column {
   public:
     // One for all rows.
-    Column(double number) : m_column{MORANDEL_NUMBER, nullptr, 0, nullptr, nullptr, 0, 0} {
-        m_single = number;
-    }
+    template <class Number, std::enable_if_t<std::is_arithmetic_v<Number>, int> = 0>
+    Column(Number number)
+        : m_column{MORANDEL_NUMBER, nullptr, 0, nullptr, nullptr, 0, 0},
+          m_single(static_cast<double>(number)) {}
     Column(const char* text) : Column(std::string_view(text)) {}
+    Column(const std::string& text) : Column(std::string_view(text)) {}
     Column(std::string_view text)
         : m_column{MORANDEL_TEXT, nullptr, 0, text.data(), nullptr, 0, text.size()} {}
 
     // One for each row: numbers that lie stride bytes apart, or texts one after the other with
-    // offsets of rows + 1 integers of 4 or 8 bytes.
+    // offsets of rows + 1 integers of 4 or 8 bytes, those of 4 below 2^31.
     Column(const std::vector<double>& numbers) : Column(numbers.data(), numbers.size()) {}
     // Keeps what is handed over.
     Column(std::vector<double>&& numbers)
@@ -265,7 +267,8 @@ class Column {
                    sizeof(Integer),
                    static_cast<std::size_t>(offsets[rows])},
           m_rows(rows) {
-        static_assert(std::is_integral_v<Integer>, "offsets are integers");
+        static_assert(std::is_integral_v<Integer> && (sizeof(Integer) == 4 || sizeof(Integer) == 8),
+                      "offsets are integers of 4 or 8 bytes");
     }
     // Copies the texts, which lie anywhere.
     Column(const std::vector<std::string>& texts)
@@ -419,6 +422,7 @@ class Formula {
     [[nodiscard]] std::optional<Error> row_error(const std::vector<Column>& values, std::size_t row,
                                                  Kind wants = Kind::number) const {
         const std::size_t rows = row + 1;
+        if (rows == 0) throw std::invalid_argument("there is no such row");
         const std::vector<morandel_column> list = checked(values, rows);
         morandel_error* error = nullptr;
         if (morandel_formula_row_error(m_formula.get(), list.data(), list.size(), rows, row,
