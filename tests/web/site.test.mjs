@@ -3,7 +3,7 @@
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import { mkdtempSync, readdirSync, writeFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, readdirSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
@@ -260,6 +260,121 @@ test("tables: fields that are no numbers, quotes, and many rows", async () => {
     assert.ok(await browser.run("return document.querySelector('#plot polyline') !== null"));
 });
 
+// The playground with what a link gives it.
+async function openWith(...pairs) {
+    await browser.open(`${site}en/index.html#${new URLSearchParams([["formula", ""], ...pairs])}`);
+}
+
+const complaintsOf = (selector) => `return [...document.querySelectorAll(${JSON.stringify(`${selector} *`)})]
+    .flatMap((node) => [...node.attributes]).filter(({ value }) => /NaN|Infinity|undefined/.test(value))
+    .map(({ name, value }) => name + "=" + value)`;
+
+test("variables: a graph has a place for each name of a cycle", async () => {
+    await browser.open(`${site}en/index.html`);
+    for (const count of [1, 2, 3, 40]) {
+        const names = Array.from({ length: count }, (_, i) => `n${i} := n${(i + 1) % count}`);
+        await typeInto("#definitions", [...names, "last := n0 + 1"].join("\n"));
+        await settled("return document.querySelectorAll('#graph g.failed').length", count + 1);
+        assert.deepEqual(await browser.run(complaintsOf("#graph")), []);
+    }
+});
+
+test("plots: ranges that are narrow, far off, huge and tiny", async () => {
+    const columns = [
+        Array.from({ length: 60 }, (_, i) => String(1700000000000 + (i % 4))),
+        Array.from({ length: 60 }, (_, i) => String(0.1 * (i % 4))),
+        Array.from({ length: 60 }, () => "12"),
+        ["1.7e308", "-1.7e308"],
+        Array.from({ length: 60 }, (_, i) => (i % 2 ? "1.7e308" : "-1.7e308")),
+        ["5e-324", "1e-323"],
+        Array.from({ length: 60 }, (_, i) => (i % 2 ? "5e-324" : "1e-323")),
+        ["1000.0000000000001", "-3"],
+        ["0"],
+    ];
+    for (const column of columns) {
+        await openWith(["csv", `v\n${column.join("\n")}`], ["plot", "v"]);
+        assert.deepEqual(await browser.run(complaintsOf("#plot")), [], column[0]);
+        const { labels, heights } = await browser.run(`return {
+            labels: [...document.querySelectorAll("#plot .tick text")].map((node) => node.textContent),
+            heights: [...document.querySelectorAll("#plot polyline")].flatMap(({ points }) => [...points].map(({ y }) => y))
+                .concat([...document.querySelectorAll("#plot rect")].flatMap((bar) =>
+                    [bar.y.baseVal.value, bar.y.baseVal.value + bar.height.baseVal.value])),
+        }`);
+        assert.ok(new Set(labels).size === labels.length && labels.length > 0, `${column[0]}: ${labels}`);
+        assert.ok(heights.length >= column.length && heights.every((y) => y >= 12 && y <= 213), `${column[0]}: ${heights}`);
+    }
+});
+
+test("a name without a value is marked where it stands", async () => {
+    const places = [
+        ["price2 + price", "price2=1", 10],
+        ['strcat("qty = ", r2s(qty, 0))', "x=1", 22],
+        ["Price + price", "Price=1", 9],
+        ["a\u3000+ a", "a\u3000=1", 5],
+    ];
+    for (const [formula, value, character] of places) {
+        await browser.open(`${site}en/index.html#${new URLSearchParams({ formula, value })}`);
+        assert.deepEqual(await browser.run(texts("#result .missing small")), [` · character ${character}`]);
+    }
+    await browser.open(`${site}en/index.html#${new URLSearchParams({ formula: "1\t+ 2" })}`);
+    assert.equal((await browser.run(texts("#formula .ignored"))).join(""), "\t+ 2 ");
+});
+
+test("a check of the manual tells that a formula is refused", async () => {
+    await browser.open(`${site}en/variables.html`);
+    const rows = await browser.run(
+        `const rows = document.querySelectorAll("[data-row=check]");
+        rows[0].querySelector("textarea").value = "1 + (";
+        rows[1].querySelector("textarea").value = "1 + 1";
+        rows[0].querySelector("textarea").dispatchEvent(new Event("input"));
+        rows[0].id = "refused";
+        rows[1].id = "below";
+        return rows[0].parentNode === rows[1].parentNode`,
+    );
+    assert.ok(rows);
+    await browser.until("return /\\(error 3[01]\\)/.test(document.querySelector('#refused output').textContent)");
+    await settled(texts("#below output"), ["no faults"]);
+    assert.deepEqual(await browser.complaints(), []);
+});
+
+test("large pastes leave the page at work", async () => {
+    await openWith(["csv", "a\n1"]);
+    await typeInto("#formula textarea", `${"1+".repeat(100000)}1`);
+    await browser.until("return document.querySelector('#result .error')");
+    assert.ok((await browser.run(texts("#formula .mirror span"))).length < 100);
+    await typeInto("#formula textarea", "1+1");
+    await settled(texts("#result .value"), ["2"]);
+    // To lay out so large tables takes long, and nothing of it is looked at here.
+    await browser.run("for (const table of document.querySelectorAll('table')) table.style.display = 'none'");
+    await typeInto("#definitions", "x\n".repeat(130000));
+    await browser.until("return document.querySelectorAll('#variables tr').length === 130000");
+    await typeInto("#definitions", "x = 1");
+    await settled(texts("#variables th"), ["x"]);
+    await typeInto("#csv", `${"t,".repeat(130000)}t`);
+    await browser.until("return document.querySelectorAll('#rows th').length === 130002");
+    assert.deepEqual(await browser.complaints(), []);
+});
+
+test("lines that are pasted become one, and the caret stays behind them", async () => {
+    await browser.open(`${site}en/index.html`);
+    const found = await browser.run(`const area = document.querySelector("#formula textarea");
+        area.value = "1+\\n\\n\\n2 + 3";
+        area.setSelectionRange(6, 6);
+        area.dispatchEvent(new Event("input"));
+        return [area.value, area.selectionStart, area.selectionEnd]`);
+    assert.deepEqual(found, ["1+ 2 + 3", 4, 4]);
+});
+
+test("all that the pages can say, some page says", () => {
+    const folder = new URL("../../web/site/", import.meta.url);
+    const read = (name) => readFileSync(new URL(name, folder), "utf8");
+    const source = readdirSync(folder).filter((name) => name.endsWith(".js")).map(read).join("\n");
+    const kinds = ["number", "integer", "text"];
+    for (const [, key] of read("words.js").matchAll(/^ {4}(\w+): \[/gm)) {
+        assert.ok(kinds.includes(key) || source.includes(`say("${key}"`), key);
+    }
+});
+
 const hostile = [
     '<img src=x onerror="globalThis.struck = 1">',
     "</script><script>globalThis.struck = 1</script>",
@@ -313,6 +428,28 @@ test("the link holds everything, also in the other language", async () => {
     await browser.until("return location.href.includes('/zh/') && document.documentElement.dataset.engine");
     assert.deepEqual(await browser.run(read), state);
     assert.equal(await browser.run("return document.documentElement.lang"), "zh-CN");
+});
+
+test("names and titles with = stay whole in the link, and old links stay what they were", async () => {
+    const read = `return [...document.querySelectorAll("#playground textarea, #playground input, #result .value")]
+        .map((node) => node.value ?? node.textContent)`;
+    await openWith(["csv", "m,x\n1,2"], ["column", "n=m"]);
+    await typeInto("#formula textarea", "a=b");
+    await settled(texts("#names label"), ["a=b"]);
+    await typeInto("#names input", "5%=");
+    await browser.click("#add-column");
+    await typeInto(".addition:last-child .title", "a=b%3D");
+    await typeInto(".addition:last-child textarea", "x");
+    await settled(texts("#rows th:last-child"), ["a=b%3D"]);
+    await browser.click("#copy-link");
+    const state = await browser.run(read);
+    assert.ok(["5%=", "a=b%3D", "x", "n", "m"].every((text) => state.includes(text)), String(state));
+    await browser.open(await browser.run("return location.href"));
+    assert.deepEqual(await browser.run(read), state);
+
+    await browser.open(`${site}en/index.html#formula=p+%2B+q&value=p%3D1%3D2&value=q%3D%253D&csv=m%0A1&column=t%253D%2525%3Dm+%3D+1&column=%3Dm`);
+    const old = await browser.run(read);
+    for (const text of ["1=2", "%3D", "t%3D%25", "m = 1", "", "m"]) assert.ok(old.includes(text), `${text}: ${old}`);
 });
 
 test("the keyboard reaches everything, and everything has a name", async () => {

@@ -5,10 +5,25 @@ function fill(node, attributes, children) {
         if (value === false || value === undefined || value === null) continue;
         node.setAttribute(name, value === true ? "" : value);
     }
-    node.append(...children.filter((child) => child !== null && child !== undefined));
+    appendAll(node, children.flat());
     return node;
 }
 
+// One by one: a call takes only so many arguments.
+function appendAll(node, children) {
+    for (const child of children) {
+        if (child !== null && child !== undefined) node.append(child);
+    }
+}
+
+// In the place of what is there.
+export function showIn(node, children) {
+    const all = document.createDocumentFragment();
+    appendAll(all, children);
+    node.replaceChildren(all);
+}
+
+// A child may be a list of them.
 export function element(tag, attributes = {}, ...children) {
     return fill(document.createElement(tag), attributes, children);
 }

@@ -1,7 +1,10 @@
 // A field for a formula, with colours and marks behind its text.
 
-import { debounced, element } from "./dom.js";
+import { debounced, element, showIn } from "./dom.js";
 import { cut, withMarks } from "./tokens.js";
+
+// More bytes than this no formula has; a colour for each piece would only cost time.
+const longestPainted = 512;
 
 export class FormulaField {
     // onChange is called a moment after somebody has typed.
@@ -24,8 +27,9 @@ export class FormulaField {
         this.area.addEventListener("input", () => {
             // A formula is one line, however it came here.
             if (/[\r\n]/.test(this.area.value)) {
-                const caret = this.area.selectionStart;
-                this.area.value = this.area.value.replace(/[\r\n]+/g, " ");
+                const inOneLine = (lines) => lines.replace(/[\r\n]+/g, " ");
+                const caret = inOneLine(this.area.value.slice(0, this.area.selectionStart)).length;
+                this.area.value = inOneLine(this.area.value);
                 this.area.setSelectionRange(caret, caret);
             }
             this.marks = [];
@@ -65,10 +69,12 @@ export class FormulaField {
 
     paint() {
         // One blank more: a mark at the end, and the height of an empty line.
-        const pieces = cut(`${this.text} `, this.isFunction);
-        this.mirror.replaceChildren(
-            ...withMarks(pieces, this.marks).map(([kind, text, mark]) =>
-                kind || mark ? element("span", { class: `${kind} ${mark}`.trim() }, text) : text,
+        const text = `${this.text} `;
+        const pieces = this.text.length > longestPainted ? [["", text]] : cut(text, this.isFunction);
+        showIn(
+            this.mirror,
+            withMarks(pieces, this.marks).map(([kind, piece, mark]) =>
+                kind || mark ? element("span", { class: `${kind} ${mark}`.trim() }, piece) : piece,
             ),
         );
     }

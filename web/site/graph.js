@@ -25,6 +25,7 @@ function depths(nodes) {
     const depth = new Map();
     const waiting = new Set();
     for (const first of nodes.values()) {
+        if (depth.has(first)) continue;
         const path = [first];
         while (path.length > 0) {
             const node = path[path.length - 1];

@@ -17,8 +17,9 @@ function valueField(name, text, onChange) {
 
 // What the checker finds, in the words of the manual.
 function checkOutcome(engine, text) {
-    const formula = new engine.Formula(text);
+    let formula;
     try {
+        formula = new engine.Formula(text);
         const faults = formula.check();
         const told = faults.map((f) => `${f.name} ${f.kind}/${f.operand}`).join(", ");
         const marks = faults.map(({ position }) => ({ kind: "warning", position }));
@@ -27,7 +28,7 @@ function checkOutcome(engine, text) {
         if (!(error instanceof engine.FormulaError)) throw error;
         return { told: messageOf(error), isWell: false, marks: [{ kind: "error", position: error.position }] };
     } finally {
-        formula.free();
+        formula?.free();
     }
 }
 

@@ -1,6 +1,6 @@
 // The playground: a formula, variables that depend on each other, and a table.
 
-import { byId, debounced, element, newId } from "./dom.js";
+import { byId, debounced, element, newId, showIn } from "./dom.js";
 import { calculate, readDefinitions } from "./definitions.js";
 import { FormulaField } from "./formula_field.js";
 import { drawGraph } from "./graph.js";
@@ -57,7 +57,7 @@ class FormulaPart {
         this.fields = new Map(names.map(({ name, kind }) => [name, this.row(old.get(name), name, kind)]));
         const rows = [...this.fields.values()].map(({ node }) => node);
         if (rows.length !== this.table.children.length || rows.some((row, i) => row !== this.table.children[i])) {
-            this.table.replaceChildren(...rows);
+            showIn(this.table, rows);
         }
         byId("no-names").hidden = rows.length > 0;
     }
@@ -114,7 +114,7 @@ class VariablesPart {
                 element("td", {}, value),
             );
         });
-        byId("variables").replaceChildren(...rows);
+        showIn(byId("variables"), rows);
         byId("variables-table").hidden = rows.length === 0;
         const graph = drawGraph(
             [...byName.values()].map(({ name, needs, formula, outcome }) => ({

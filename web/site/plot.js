@@ -7,17 +7,19 @@ import { say } from "./words.js";
 const size = { width: 640, height: 240, left: 64, right: 12, top: 12, bottom: 28 };
 const mostBars = 40;
 
-// Round numbers around a range: 1, 2 or 5 times a power of ten apart.
-function ticksOf(low, high) {
-    const rough = (high - low) / 4 || Math.abs(high) || 1;
-    const power = 10 ** Math.floor(Math.log10(rough));
-    const step = [1, 2, 5, 10].map((factor) => factor * power).find((wide) => wide >= rough);
+// Round numbers around a range, 1, 2 or 5 times a power of ten apart: the step, and the first and the
+// last of them in steps, so that no range is too wide or too narrow.
+function scaleOf(low, high) {
+    const rough = high / 4 - low / 4 || Math.abs(high) || 1;
+    const exponent = Math.floor(Math.log10(rough));
+    const factor = [1, 2, 5, 10].find((wide) => Number(`${wide}e${exponent}`) >= rough);
+    const step = Number(`${factor}e${exponent}`);
     const first = Math.floor(low / step);
     const last = Math.ceil(high / step);
-    return Array.from({ length: last - first + 1 }, (_, index) => {
-        const value = (first + index) * step;
-        return Number(value.toPrecision(12));
-    });
+    const ticks = Array.from({ length: last - first + 1 }, (_, index) =>
+        Number(`${(first + index) * factor}e${exponent}`),
+    );
+    return { step, first, last, ticks: ticks.filter(Number.isFinite) };
 }
 
 // points: [row, number]. Gives null where there is nothing to draw.
@@ -28,15 +30,17 @@ export function drawPlot(title, points, rows) {
     const lowest = numbers.reduce((a, b) => Math.min(a, b));
     const highest = numbers.reduce((a, b) => Math.max(a, b));
     const hasBars = rows <= mostBars;
-    const ticks = ticksOf(hasBars ? Math.min(lowest, 0) : lowest, hasBars ? Math.max(highest, 0) : highest);
-    const [bottom, top] = [ticks[0], ticks[ticks.length - 1]];
+    const { step, first, last, ticks } = scaleOf(
+        hasBars ? Math.min(lowest, 0) : lowest,
+        hasBars ? Math.max(highest, 0) : highest,
+    );
     const inner = {
         width: size.width - size.left - size.right,
         height: size.height - size.top - size.bottom,
     };
     const slot = inner.width / Math.max(rows, 1);
     const x = (row) => size.left + (row + 0.5) * slot;
-    const y = (number) => size.top + ((top - number) / (top - bottom || 1)) * inner.height;
+    const y = (number) => size.top + ((last - number / step) / (last - first || 1)) * inner.height;
     const grid = ticks.map((tick) =>
         drawing(
             "g",

@@ -1,6 +1,7 @@
 // What is to be told of a formula and the values of its names.
 
 import { noFunction } from "./suggestion.js";
+import { cut } from "./tokens.js";
 import { say, messageOf } from "./words.js";
 
 function problem(kind, notice) {
@@ -10,8 +11,12 @@ function problem(kind, notice) {
 }
 
 export function placeOfName(text, name) {
-    const at = text.indexOf(name);
-    return at < 0 ? null : { character: at, characters: name.length };
+    let at = 0;
+    for (const [kind, piece] of cut(text, () => false)) {
+        if (kind === "name" && piece === name) return { character: at, characters: name.length };
+        at += piece.length;
+    }
+    return null;
 }
 
 // The names of a formula, with what their places ask for.

@@ -1,7 +1,7 @@
 // The playground's table: a CSV, computed columns, and a plot of one.
 
 import { readCsv } from "./csv.js";
-import { byId, debounced, element, newId } from "./dom.js";
+import { byId, debounced, element, newId, showIn } from "./dom.js";
 import { FormulaField } from "./formula_field.js";
 import { readNumber, readValue } from "./numbers.js";
 import { drawPlot } from "./plot.js";
@@ -105,7 +105,7 @@ export class TablePart {
             "tr",
             {},
             element("th", { scope: "col", class: "place" }, element("span", { class: "sr" }, say("row"))),
-            ...this.shown.map((column) =>
+            this.shown.map((column) =>
                 element("th", { scope: "col", class: kindsOf(column, isNumber(column)) }, column.title),
             ),
         );
@@ -114,10 +114,10 @@ export class TablePart {
                 "tr",
                 {},
                 element("th", { scope: "row", class: "place" }, String(row + 1)),
-                ...this.shown.map((column) => cell(column, row)),
+                this.shown.map((column) => cell(column, row)),
             ),
         );
-        byId("rows").replaceChildren(element("thead", {}, head), element("tbody", {}, ...rows));
+        byId("rows").replaceChildren(element("thead", {}, head), element("tbody", {}, rows));
         const count = shown < this.rows ? say("rowsShown", shown, this.rows) : say("rows", this.rows);
         byId("row-count").replaceChildren(fault ? element("span", { class: "problem error" }, fault) : count);
     }
@@ -127,8 +127,9 @@ export class TablePart {
         if (!titles.includes(this.plotted)) {
             this.plotted = this.shown.findLast((c) => c.isComputed && !c.fault)?.title ?? titles[0] ?? "";
         }
-        this.choice.replaceChildren(
-            ...titles.map((title) => element("option", { value: title, selected: title === this.plotted }, title)),
+        showIn(
+            this.choice,
+            titles.map((title) => element("option", { value: title, selected: title === this.plotted }, title)),
         );
     }
 

@@ -4,7 +4,7 @@ const words = new Set(["like", "equal", "and", "or", ">=", "<=", "<>", "<", ">",
 const constants = new Set(["pi", "exp"]);
 
 const piece =
-    /(\s+)|(\d+(?:\.\d*)?)|("[^"]*"?)|([A-Za-z>\\<}{_~[=\u0080-\uffff][^\s+\-*/^()!,]*)|([-+*/^()!,%])|([^])/y;
+    /( +)|(\d+(?:\.\d*)?)|("[^"]*"?)|([A-Za-z>\\<}{_~[=\u0080-\uffff][^ \r\0+\-*/^()!,]*)|([-+*/^()!,%])|([^])/y;
 
 export function cut(formula, isFunction) {
     const pieces = [];

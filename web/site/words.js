@@ -3,7 +3,6 @@
 const isChinese = document.documentElement.lang.startsWith("zh");
 
 const table = {
-    result: ["Result", "结果"],
     formula: ["Formula", "公式"],
     number: ["number", "数值"],
     integer: ["integer", "整数"],
@@ -15,16 +14,9 @@ const table = {
     noFunction: ["{0} is not a function", "{0} 不是函数"],
     didYouMean: ["{0} is not a function; did you mean {1}?", "{0} 不是函数；是不是 {1}？"],
     atCharacter: ["character {0}", "第 {0} 个字符"],
-    valueOf: ["Value of {0}", "{0} 的值"],
     formulaFor: ["Formula {0}", "公式 {0}"],
     noFaults: ["no faults", "没有错误"],
-    operand: ["operand {0}", "操作数 {0}"],
     engineFailed: ["The engine cannot start in this browser: {0}", "引擎不能在此浏览器中启动：{0}"],
-    name: ["Name", "名称"],
-    type: ["Type", "类型"],
-    value: ["Value", "值"],
-    noNames: ["The formula uses no names.", "公式没有用到名称。"],
-    definedBy: ["Definition", "定义"],
     given: ["given", "给定"],
     expectedDefinition: ["expected name = value or name := formula", "应为 名称 = 值 或 名称 := 公式"],
     noName: ["no name to define: '{0}'", "不能定义的名称：“{0}”"],
