@@ -2,7 +2,7 @@
 // MORANDEL_SITE is its folder, MORANDEL_COMMAND the command built for this system.
 
 import assert from "node:assert/strict";
-import { execFileSync } from "node:child_process";
+import { execFileSync, spawnSync } from "node:child_process";
 import { mkdtempSync, readFileSync, readdirSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -265,9 +265,37 @@ async function openWith(...pairs) {
     await browser.open(`${site}en/index.html#${new URLSearchParams([["formula", ""], ...pairs])}`);
 }
 
+function commandOf(name, content, ...args) {
+    const file = join(mkdtempSync(join(tmpdir(), "morandel-")), name);
+    writeFileSync(file, content);
+    const { status, stdout, stderr } = spawnSync(command, [name.split(".")[1], file, ...args], { encoding: "utf8" });
+    return { isWell: status === 0, lines: stdout.trimEnd().split("\n"), told: stderr };
+}
+
 const complaintsOf = (selector) => `return [...document.querySelectorAll(${JSON.stringify(`${selector} *`)})]
     .flatMap((node) => [...node.attributes]).filter(({ value }) => /NaN|Infinity|undefined/.test(value))
     .map(({ name, value }) => name + "=" + value)`;
+
+test("variables: numbers and blanks are the command's", async () => {
+    const definitions = [
+        "a = 1e999", "b = -1e999", "c = 90071992547409936", "d = 9007199254740993", "e = 99999999999999984",
+        "f = -36028797018963970", "g = 123456789012345.678", "h := a", " i\t=\f1e-999 \v", "j = 1e17", "k = 1e-5 # x",
+        "\u3000l = 2", "m := c * 10 + \u3000l", 'n = "x\u3000"', 'o := strcat(n, "\u3000")', "p := sqrt(d)",
+    ].join("\n");
+    await openWith(["definitions", definitions]);
+    const shown = await browser.run(`return [...document.querySelectorAll("#variables tr")].map((row) =>
+        row.querySelector("th").textContent + " = " + row.lastChild.textContent)`);
+    assert.deepEqual(shown, commandOf("a.calc", definitions).lines);
+    for (const line of ["a = 1\u3000", "a = 1\v# x", "a =\u00a01", "a = 1\u2003", "\u3000"]) {
+        await openWith(["definitions", line]);
+        const [fault] = await browser.run(texts("#variables .problem"));
+        assert.ok(fault && commandOf("a.calc", line).told.includes(fault), `${line}: ${fault}`);
+    }
+    for (const text of ["1\u3000", "\u30001", "1e999", "-1e999", "90071992547409936"]) {
+        await browser.open(`${site}en/index.html#${new URLSearchParams([["formula", "a"], ["value", `a=${text}`]])}`);
+        assert.deepEqual(await browser.run(texts("#result .value")), [run("a", `a=${text}`).slice(0, -1)]);
+    }
+});
 
 test("variables: a graph has a place for each name of a cycle", async () => {
     await browser.open(`${site}en/index.html`);
@@ -277,6 +305,54 @@ test("variables: a graph has a place for each name of a cycle", async () => {
         await settled("return document.querySelectorAll('#graph g.failed').length", count + 1);
         assert.deepEqual(await browser.run(complaintsOf("#graph")), []);
     }
+});
+
+test("tables: columns are found and replaced as the command does", async () => {
+    const tables = [
+        ["p,q\n1,2\n", "p=p + 1", "p=p * 10", "z=p", "z=q"],
+        ["a b,c\n1,2\n", "a_b=7", "d=a_b"],
+        ["a_b,k\n1,2\n", "a b=7", "d=a_b"],
+        ["a,b,\n1,2,3\n", "d=c3", "c3=1", "e=c3"],
+        ["a,,c2\n1,2,3\n", "d=c2"],
+        ["a\n1\n\n2\n\n", "n=strlen(a)"],
+        ["a,b\n1,2\n\n3,4\n", "n=a + b"],
+        [" x\u3000,left\n1,90071992547409936\n", "y=x\u3000", "z=_left * 1"],
+        ["a b,a-b\n1,2\n", "x=a_b"],
+        ["a b,a-b\n1,2\n", "a_b=1"],
+        ["x,y,x\n1,2,3\n", "z=x"],
+        ["v\n1\u3000\n", "z=v"],
+    ];
+    for (const [csv, ...additions] of tables) {
+        await openWith(["csv", csv], ...additions.map((text) => ["column", text]));
+        const wanted = commandOf("a.each", csv, ...additions.flatMap((text) => ["--add", text.replace("=", " = ")]));
+        if (wanted.isWell) {
+            const rows = await browser.run(`return [...document.querySelectorAll("#rows tr")].map((row) =>
+                [...row.children].slice(1).map((cell) => cell.textContent).join(","))`);
+            assert.deepEqual(rows, wanted.lines);
+        } else {
+            const [fault] = await browser.run(texts(".addition .problem"));
+            assert.ok(fault && wanted.told.includes(fault.replace("1 rows fail: ", "")), `${fault}: ${wanted.told}`);
+        }
+    }
+    await openWith(["csv", 'a,b\n"x"y",2\n'], ["column", "n=strlen(a)"]);
+    assert.deepEqual(await browser.run(texts("#rows td")), ['x"y', "2", "3"]);
+});
+
+test("tables: a row that fails is asked why by itself", async () => {
+    await openWith(["csv", "t\n1"], ["column", "x=1 / (strlen(t) - strlen(t))"]);
+    // What is handed to the engine, not how long that takes.
+    await browser.run(`globalThis.encoded = 0;
+        for (const name of ["encode", "encodeInto"]) {
+            const call = TextEncoder.prototype[name];
+            TextEncoder.prototype[name] = function (text, ...rest) {
+                globalThis.encoded += text.length;
+                return call.call(this, text, ...rest);
+            };
+        }`);
+    await typeInto("#csv", `t\n${"some text\n".repeat(2000)}`);
+    await browser.until("return document.querySelector('.addition .problem')?.textContent.startsWith('2000 rows fail: division by zero')");
+    const encoded = await browser.run("return globalThis.encoded");
+    assert.ok(encoded < 2000 * 100, `${encoded} characters`);
 });
 
 test("plots: ranges that are narrow, far off, huge and tiny", async () => {

@@ -17,13 +17,16 @@ export function readCsv(text) {
     let field = "";
     let isQuoted = false;
     let isOpen = false;  // something of a record has been read
+    const endsField = (next) => next === undefined || [delimiter, "\r", "\n"].includes(next);
     const endField = () => {
         record.push(field);
         field = "";
     };
     const endRecord = () => {
         endField();
-        if (record.length > 1 || record[0] !== "" || isOpen) records.push(record);
+        // A blank line is a row of a table of one column, and of no other.
+        const isBlank = record.length === 1 && record[0] === "" && !isOpen;
+        if (!isBlank || records[0]?.length === 1) records.push(record);
         record = [];
         isOpen = false;
     };
@@ -32,7 +35,8 @@ export function readCsv(text) {
         if (isQuoted) {
             if (c !== '"') field += c;
             else if (source[i + 1] === '"') field += source[++i];
-            else isQuoted = false;
+            else if (endsField(source[i + 1])) isQuoted = false;
+            else field += c;
         } else if (c === '"' && field === "") {
             isQuoted = true;
             isOpen = true;

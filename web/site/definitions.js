@@ -1,7 +1,7 @@
 // "name = value" and "name := formula", a line each, computed as `morandel calc` does: whatever the
 // order.
 
-import { readGivenValue } from "./numbers.js";
+import { readGivenValue, trim } from "./numbers.js";
 import { namesOf } from "./study.js";
 import { messageOf, say } from "./words.js";
 
@@ -23,7 +23,7 @@ function withoutComment(line) {
     let isQuoted = false;
     for (let i = 0; i < line.length; ++i) {
         if (line[i] === '"') isQuoted = !isQuoted;
-        if (line[i] === "#" && !isQuoted && (i === 0 || /\s/.test(line[i - 1]))) return line.slice(0, i);
+        if (line[i] === "#" && !isQuoted && (i === 0 || /[ \t]/.test(line[i - 1]))) return line.slice(0, i);
     }
     return line;
 }
@@ -32,8 +32,8 @@ function readLine(engine, text, line, names) {
     const equals = text.indexOf("=");
     if (equals < 0) return { line, fault: say("expectedDefinition") };
     const isComputed = text[equals - 1] === ":";
-    const name = text.slice(0, equals - (isComputed ? 1 : 0)).trim();
-    const content = text.slice(equals + 1).trim();
+    const name = trim(text.slice(0, equals - (isComputed ? 1 : 0)));
+    const content = trim(text.slice(equals + 1));
     if (!isPlainName(engine, name)) return { line, fault: say("noName", name) };
     if (names.has(name)) return { line, fault: say("definedAlready", name) };
     names.add(name);
@@ -56,7 +56,7 @@ export function readDefinitions(engine, text) {
     return text
         .replace(/^\ufeff/, "")
         .split(/\r?\n/)
-        .map((line, index) => [withoutComment(line).trim(), index + 1])
+        .map((line, index) => [trim(withoutComment(line)), index + 1])
         .filter(([line]) => line !== "")
         .map(([line, number]) => readLine(engine, line, number, names));
 }

@@ -5,7 +5,7 @@ import { calculate, readDefinitions } from "./definitions.js";
 import { FormulaField } from "./formula_field.js";
 import { drawGraph } from "./graph.js";
 import { readLink, writeLink } from "./link.js";
-import { readValue, showValue } from "./numbers.js";
+import { readValue, showValue, trim } from "./numbers.js";
 import { showOutcome } from "./outcome.js";
 import { namesOf, study } from "./study.js";
 import { TablePart } from "./table_part.js";
@@ -34,7 +34,7 @@ class FormulaPart {
         if (names) this.showNames(names);
         const values = new Map();
         for (const [name, { input }] of this.fields) {
-            if (input.value.trim() !== "") values.set(name, readValue(input.value));
+            if (trim(input.value) !== "") values.set(name, readValue(input.value));
         }
         const found = study(this.engine, this.field.text, values);
         showOutcome(this.output, found);
@@ -48,7 +48,7 @@ class FormulaPart {
             return namesOf(this.engine, text);
         } catch (error) {
             if (!(error instanceof this.engine.FormulaError)) throw error;
-            return text.trim() === "" ? [] : null;
+            return trim(text) === "" ? [] : null;
         }
     }
 

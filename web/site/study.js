@@ -1,5 +1,6 @@
 // What is to be told of a formula and the values of its names.
 
+import { trim } from "./numbers.js";
 import { noFunction } from "./suggestion.js";
 import { cut } from "./tokens.js";
 import { say, messageOf } from "./words.js";
@@ -30,7 +31,7 @@ export function namesOf(engine, text) {
 // values: a Map of names. Gives { names, value, kind, problems }, without a value where there is none.
 export function study(engine, text, values) {
     const found = { names: [], problems: [] };
-    if (text.trim() === "") return { ...found, isEmpty: true };
+    if (trim(text) === "") return { ...found, isEmpty: true };
     let formula;
     try {
         found.names = namesOf(engine, text);

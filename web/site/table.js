@@ -1,22 +1,37 @@
 // Computed columns of a table, by the types that their formulas ask for.
 
-import { formatNumber, readNumber } from "./numbers.js";
+import { formatNumber, readNumber, trim } from "./numbers.js";
 import { namesOf } from "./study.js";
 import { messageOf, say } from "./words.js";
 
 const reserved = new Set(["pi", "exp", "like", "equal", "and", "or"]);
 
-// A title as a formula names it: "_" for what no name has.
-export function nameOfTitle(engine, title) {
-    const name = title.trim().replace(/[^A-Za-z0-9\u0080-\uffff]/g, "_");
-    const isFunction = engine.functions().some((f) => f.name === name.toLowerCase());
-    return /^\d/.test(name) || isFunction || reserved.has(name.toLowerCase()) ? `_${name}` : name;
+// A title as a formula names it: "_" for what no name has, and its place where it is empty.
+function nameOfTitle(taken, title, place) {
+    const name = trim(title).replace(/[^A-Za-z0-9\u0080-\uffff]/g, "_");
+    if (name === "") return `c${place}`;
+    return /^\d/.test(name) || taken.has(name.toLowerCase()) ? `_${name}` : name;
 }
 
-function find(columns, name) {
-    const last = (matches) =>
-        columns.findLast((c) => c.isComputed && matches(c)) ?? columns.find(matches);
-    return last((column) => column.title === name) ?? last((column) => column.name === name);
+function ownColumns(columns) {
+    return columns.filter(({ isComputed }) => !isComputed);
+}
+
+// The column of that title, else of that name: { column, fault }, neither where there is none. A
+// computed one hides others, the last one first.
+function find(columns, wanted) {
+    const parts = ["title", "name"];
+    for (const part of parts) {
+        const column = columns.findLast((c) => c.isComputed && c[part] === wanted);
+        if (column) return { column };
+    }
+    for (const part of parts) {
+        const [column, other] = columns.filter((c) => c[part] === wanted);
+        const told = (c) => [columns.indexOf(c) + 1, c.title];
+        if (other) return { fault: say("twoColumns", wanted, ...told(column), ...told(other)) };
+        if (column) return { column };
+    }
+    return {};
 }
 
 // The fields of a column as numbers, and what is wrong with those that are none.
@@ -26,9 +41,9 @@ function numbersOf(column, faults) {
             faults[row] ??= cell.fault;
             return 0;
         }
-        const number = cell.number ?? readNumber(cell.text.trim());
+        const number = cell.number ?? readNumber(trim(cell.text));
         if (number !== null) return number;
-        const why = cell.text.trim() === "" ? say("emptyField") : say("notANumber", cell.text);
+        const why = trim(cell.text) === "" ? say("emptyField") : say("notANumber", cell.text);
         faults[row] ??= `${column.title}: ${why}`;
         return 0;
     });
@@ -43,6 +58,7 @@ function textsOf(column, faults) {
 
 function computeCells(formula, values, rows, faults) {
     const asNumbers = formula.columns(values, rows);
+    const valuesOf = (row) => values.map((column) => column[row]);
     const hasTexts = asNumbers.status.some((status) => status === 2);
     const asTexts = hasTexts ? formula.textColumns(values, rows) : null;
     return Array.from({ length: rows }, (_, row) => {
@@ -53,26 +69,28 @@ function computeCells(formula, values, rows, faults) {
         }
         if (asTexts && asTexts.status[row] === 0) return { text: asTexts.results[row] };
         const wants = asNumbers.status[row] === 2 ? "text" : "number";
-        return { text: "", fault: messageOf(formula.rowError(values, row, wants, rows)) };
+        return { text: "", fault: messageOf(formula.rowError(valuesOf(row), 0, wants, 1)) };
     });
 }
 
 function computeColumn(engine, columns, title, text, rows) {
     const failed = (fault) => ({ cells: Array.from({ length: rows }, () => ({ text: "", fault })), fault });
-    if (text.trim() === "") return failed(say("empty"));
+    if (trim(text) === "") return failed(say("empty"));
+    const { fault } = find(ownColumns(columns), title);
+    if (fault) return failed(fault);
     let formula;
     try {
         const names = namesOf(engine, text);
-        const sources = names.map(({ name }) => find(columns, name));
-        const missing = sources.findIndex((source) => !source);
-        if (missing >= 0) return failed(say("noColumn", names[missing].name));
+        const sources = names.map(({ name }) => ({ fault: say("noColumn", name), ...find(columns, name) }));
+        const missing = sources.find(({ column }) => !column);
+        if (missing) return failed(missing.fault);
         formula = new engine.Formula(
             text,
             new Map(names.map(({ name, kind }) => [name, kind === "text" ? "text" : "number"])),
         );
         const faults = [];
-        const values = sources.map((source, index) =>
-            names[index].kind === "text" ? textsOf(source, faults) : numbersOf(source, faults),
+        const values = sources.map(({ column }, index) =>
+            names[index].kind === "text" ? textsOf(column, faults) : numbersOf(column, faults),
         );
         return { cells: computeCells(formula, values, rows, faults) };
     } catch (error) {
@@ -83,25 +101,30 @@ function computeColumn(engine, columns, title, text, rows) {
     }
 }
 
-// A computed column stands in the place of one of the same title.
+// A computed column stands in the place of the one that its title finds, below the title there.
 export function shownColumns(columns) {
-    const computed = columns.filter(({ isComputed }) => isComputed);
-    const shown = columns
-        .filter(({ isComputed }) => !isComputed)
-        .map((column) => computed.findLast(({ title }) => title === column.title) ?? column);
-    return [...shown, ...computed.filter((column) => !shown.includes(column))];
+    const own = ownColumns(columns);
+    const shown = own.map((column) => ({ title: column.title, column }));
+    for (const column of columns.filter(({ isComputed }) => isComputed)) {
+        const { column: replaced } = find(own, column.title);
+        const place = replaced ? own.indexOf(replaced) : shown.findIndex(({ title }) => title === column.title);
+        if (place >= 0) shown[place].column = column;
+        else shown.push({ title: column.title, column });
+    }
+    return shown.map(({ title, column }) => ({ ...column, title }));
 }
 
 // additions: { title, formula }. Gives all columns, in order: { title, cells, isComputed, fault }.
 export function computeTable(engine, { titles, rows }, additions) {
+    const taken = new Set([...reserved, ...engine.functions().map(({ name }) => name)]);
     const columns = titles.map((title, index) => ({
         title,
-        name: nameOfTitle(engine, title),
+        name: nameOfTitle(taken, title, index + 1),
         cells: rows.map((row) => ({ text: row[index] })),
     }));
     for (const { title, formula } of additions) {
         const made = computeColumn(engine, columns, title, formula, rows.length);
-        columns.push({ title, name: nameOfTitle(engine, title), isComputed: true, ...made });
+        columns.push({ title, name: nameOfTitle(taken, title, columns.length + 1), isComputed: true, ...made });
     }
     return columns;
 }

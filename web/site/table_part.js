@@ -3,7 +3,7 @@
 import { readCsv } from "./csv.js";
 import { byId, debounced, element, newId, showIn } from "./dom.js";
 import { FormulaField } from "./formula_field.js";
-import { readNumber, readValue } from "./numbers.js";
+import { readNumber, readValue, trim } from "./numbers.js";
 import { drawPlot } from "./plot.js";
 import { computeTable, shownColumns } from "./table.js";
 import { say } from "./words.js";
@@ -11,7 +11,7 @@ import { say } from "./words.js";
 const mostRowsShown = 200;
 
 function isNumberCell({ isComputed }, { text, number }) {
-    return number !== undefined || (!isComputed && readNumber(text.trim()) !== null);
+    return number !== undefined || (!isComputed && readNumber(trim(text)) !== null);
 }
 
 function kindsOf({ isComputed }, isNumber) {
@@ -69,7 +69,7 @@ export class TablePart {
     update() {
         const table = readCsv(this.area.value);
         const wanted = this.additions.map(({ title, field }, index) => ({
-            title: title.value.trim() || `c${table.titles.length + index + 1}`,
+            title: trim(title.value) || `c${table.titles.length + index + 1}`,
             formula: field.text,
         }));
         this.rows = table.rows.length;
@@ -137,7 +137,7 @@ export class TablePart {
         const column = this.shown.find(({ title }) => title === this.plotted);
         const points = (column?.cells ?? [])
             .map(({ text, number, fault }, row) => {
-                const value = number ?? (text.trim() === "" ? "" : readValue(text));
+                const value = number ?? (trim(text) === "" ? "" : readValue(text));
                 return [row, fault ? "" : value];
             })
             .filter(([, value]) => typeof value === "number");

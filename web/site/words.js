@@ -40,6 +40,10 @@ const table = {
     rows: ["{0} rows", "{0} 行"],
     notANumber: ["'{0}' is not a number", "“{0}”不是数值"],
     emptyField: ["the field is empty", "字段为空"],
+    twoColumns: [
+        "'{0}' may be column {1} ('{2}') or column {3} ('{4}')",
+        "“{0}”可能是第 {1} 列（“{2}”），也可能是第 {3} 列（“{4}”）",
+    ],
     noColumn: ["there is no column for {0}", "没有名为 {0} 的列"],
     openQuote: ["the quote of row {0} is not closed", "第 {0} 行的引号没有关闭"],
     failedRows: ["{0} rows fail", "{0} 行失败"],
