@@ -1,10 +1,11 @@
 #include "automation/com_express.h"
 
-#include <mutex>
 #include <new>
 
 #include "automation/code_page.h"
 #include "automation/module.h"
+#include "base/floating_point.h"
+#include "engine/turn.h"
 
 namespace morandel::automation {
 namespace {
@@ -23,7 +24,7 @@ void store(BSTR* where, const std::string& bytes) {
 HRESULT CComExpress::create(IUnknown* outer, REFIID iid, void** object) {
     CComExpress* made = nullptr;
     try {
-        const std::lock_guard guard(this_module().state());
+        const auto turn = take_turn();
         made = new CComExpress(outer);
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
@@ -70,11 +71,12 @@ STDMETHODIMP_(ULONG) CComExpress::AddRef() { return m_outer->AddRef(); }
 
 STDMETHODIMP_(ULONG) CComExpress::Release() { return m_outer->Release(); }
 
-// Runs a method alone in the process. No exception may cross the frames of Invoke's caller, so
-// under Invoke it waits until these are left.
+// No exception may cross the frames of Invoke's caller, so under Invoke it waits until these are
+// left. On 32 bits numbers pass through the x87, where a host's traps would meet them.
 template <class Body>
 HRESULT CComExpress::run(const Body& body) {
-    const std::lock_guard guard(this_module().state());
+    const auto turn = take_turn();
+    const DefaultFloatingPoint environment;
     if (!m_invoking) {
         body();
         return S_OK;

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <string>
 
+#include "base/floating_point.h"
+
 namespace morandel::automation {
 namespace {
 
@@ -68,6 +70,7 @@ HRESULT read_number(VARIANT& to, BSTR text, VARTYPE type, LCID locale) {
 
 template <class Number>
 HRESULT write_number(VARIANT& to, Number value) {
+    const DefaultFloatingPoint environment;
     if (!std::isfinite(value)) return DISP_E_TYPEMISMATCH;
     std::array<char, 512> plain;
     const auto end =

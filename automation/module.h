@@ -44,15 +44,11 @@ class Module {
     void unlock() { --m_locks; }
     [[nodiscard]] long locks() const { return m_locks; }
 
-    // Evaluators share state, one set a process, so only one apartment at a time may run one.
-    std::mutex& state() { return m_state; }
-
   private:
     HINSTANCE m_instance = nullptr;
     std::span<const ClassEntry> m_classes;
     std::array<Pointer<IClassFactory>, most_classes> m_factories;
     std::mutex m_factories_lock;
-    std::mutex m_state;
     std::atomic<long> m_locks = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/pending.h"
 
 #include "base/everlasting.h"
+#include "engine/turn.h"
 
 namespace morandel {
 
@@ -16,6 +17,15 @@ ArgumentStack<double>& g_NumArray() {
     static thread_local const Release release;
 #endif
     return numbers.value;
+}
+
+std::unique_lock<std::mutex> take_turn() {
+#ifdef MORANDEL_PROCESS_WIDE_STATE
+    static std::mutex turn;
+    return std::unique_lock(turn);
+#else
+    return {};
+#endif
 }
 
 void Pending::prepare(ArgumentStack<double>& numbers) {

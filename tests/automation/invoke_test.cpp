@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -33,6 +36,34 @@ VARIANTARG of_type(VARTYPE type) {
     VariantInit(&argument);
     V_VT(&argument) = type;
     return argument;
+}
+
+// As programs of some compilers do from the start; signalling and tiny numbers then end what
+// computes with them, and on 32 bits what hands them on.
+TEST_F(Invoke, HostsMayTrapWhatIsNoOrdinaryNumber) {
+    const std::uint64_t bits[] = {0x7FF0000000000001, 1};
+    Variant signalling(0.0);
+    Variant tiny(0.0);
+    std::memcpy(&V_R8(&signalling), &bits[0], sizeof bits[0]);
+    std::memcpy(&V_R8(&tiny), &bits[1], sizeof bits[1]);
+    const Variant other(std::wstring(L"b"));
+    const Variant power(std::wstring(L"10^(0-320)"));
+    const unsigned traps = _controlfp(0, 0);
+    _controlfp(_EM_INEXACT | _EM_DENORMAL, _MCW_EM);
+    const HRESULT set = m_host.call(L"SetValue", {m_given, m_name, signalling, m_empty}).result;
+    m_host.call(L"SetValue", {Variant(0), other, m_zero, power});
+    const Outcome not_a_number = m_host.call(L"GetValue", {m_name});
+    const Outcome small = m_host.call(L"GetValue", {other});
+    const HRESULT converted =
+        m_host.call(L"SetStringValue", {m_given, Variant(std::wstring(L"c")), tiny, m_empty})
+            .result;
+    _clearfp();
+    _controlfp(traps, _MCW_EM);
+    EXPECT_EQ(set, S_OK);
+    EXPECT_TRUE(std::isnan(not_a_number.value.number()));
+    EXPECT_GT(small.value.number(), 0.0);
+    EXPECT_LT(small.value.number(), 1e-319);
+    EXPECT_EQ(converted, S_OK);
 }
 
 TEST_F(Invoke, TheLastOutputLeftOutIsTheResult) {

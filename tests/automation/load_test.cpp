@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,44 @@ TEST(Load, ApartmentsWorkSideBySide) {
         CloseHandle(handles[i]);
         EXPECT_EQ(threads[i].log, alone[i]);
     }
+}
+
+// Of texts that make it compute for seconds.
+struct Busy {
+    HANDLE begins = CreateEvent(nullptr, TRUE, FALSE, nullptr);
+    std::atomic<bool> has_ended = false;
+
+    static DWORD WINAPI run(void* self) {
+        auto* busy = static_cast<Busy*>(self);
+        const Apartment apartment;
+        Pointer<IComExpress> object;
+        CoCreateInstance(CLSID_ComExpress, nullptr, CLSCTX_INPROC_SERVER, IID_IComExpress,
+                         object.fill_untyped());
+        const std::string text(std::size_t{4} << 20, 'a');
+        object->SetStringValue(1, bytes("t"), bytes(text), bytes(""));
+        for (int i = 0; i < 20; ++i) {
+            object->SetStringValue(0, bytes("u" + std::to_string(i)), bytes(""),
+                                   bytes("strreplace(strcat(t,t,t,t,t,t,t,t),\"a\",\"b\")"));
+        }
+        SetEvent(busy->begins);
+        double value = 0.0;
+        object->GetValue(bytes("u1"), &value);
+        busy->has_ended = true;
+        return 0;
+    }
+};
+
+TEST(Load, AnApartmentWaitsForNoOther) {
+    const Apartment apartment;
+    Busy busy;
+    const HANDLE handle = CreateThread(nullptr, 0, Busy::run, &busy, 0, nullptr);
+    ASSERT_EQ(WaitForSingleObject(busy.begins, 60'000), WAIT_OBJECT_0);
+    Sleep(20);
+    EXPECT_NE(work(1, 1), L"no object");
+    EXPECT_FALSE(busy.has_ended);
+    ASSERT_EQ(WaitForSingleObject(handle, 240'000), WAIT_OBJECT_0);
+    CloseHandle(handle);
+    CloseHandle(busy.begins);
 }
 
 TEST(Load, AMillionCallsLeaveNothingBehind) {
