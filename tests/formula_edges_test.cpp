@@ -375,6 +375,8 @@ TEST(FormulaEdges, TypesAreDeducedBesideALongName) {
     EXPECT_EQ(f.names()[1].kind, Kind::text);
     EXPECT_EQ(f.names()[0].kind, Kind::number);
     EXPECT_EQ(f(2.0, "abc").number(), 5.0);
+    const std::string shorter(250, 'n');
+    EXPECT_EQ(Formula("strlen(" + shorter + ")", {shorter}).names()[0].kind, Kind::text);
 }
 
 // Of as many rows as were computed, whatever the columns have.
