@@ -1,6 +1,7 @@
 // Morandel: formulas as text, with values for their names, to numbers and texts.
 //
-// This header brings in all that a host uses:
+// This header brings in all but prepared formulas, which are in morandel/formula.hpp and, for C, in
+// morandel/c.h:
 //     morandel/express.h         CExpress, the evaluator, and its records MYPARA and VariableNode
 //     morandel/variables.h       CVariableExpressList, named variables computed together
 //     morandel/checker.h         CExpressionCheck, the faults of a formula

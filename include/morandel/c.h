@@ -21,8 +21,9 @@
 
    Calls that can fail give 1 for success and 0 for failure. Where they take a pointer to a pointer
    to an error, it may be NULL; else it is set to NULL on success and to a new error on failure,
-   which the caller frees. What a call gives for a handle that is NULL is told with it. A handle may
-   be freed while it is NULL. No call throws.
+   which the caller frees. For a handle that is NULL such calls fail with MORANDEL_REASON_MISUSE
+   (morandel_formula_row_error gives 1 with it), counts are 0, texts empty, pointers NULL, and all
+   else is as where there is nothing. A handle may be freed while it is NULL. No call throws.
 
    Formulas and errors never change: threads may share them without locks. A result or a list
    serves one thread at a time. */
@@ -61,8 +62,8 @@ enum {
 
 /* How a formula is prepared; added up. */
 enum {
-    /* Names that nobody gives a value to fail where the evaluation meets them (error 0), not
-       before. */
+    /* Names that nobody gives a value to fail where the evaluation meets them, not before: with
+       error 0, or with a later one that they lead to, such as 1 in parentheses. */
     MORANDEL_ALLOW_FREE_NAMES = 1,
     /* Formula, names and texts are bytes of code page 936, in and out, and messages as well are
        told for these bytes. Positions then count its characters. */
@@ -74,7 +75,7 @@ enum {
     MORANDEL_REASON_NUMBERED = 0,       /* see the number */
     MORANDEL_REASON_TOO_LONG = 1,       /* more than 512 bytes of code page 936 */
     MORANDEL_REASON_OPEN_LITERAL = 2,   /* a text without its closing quote */
-    MORANDEL_REASON_EMPTY = 3,          /* nothing but blanks */
+    MORANDEL_REASON_EMPTY = 3,          /* nothing but spaces */
     MORANDEL_REASON_NO_TOKEN = 4,       /* begins with a character that starts nothing */
     MORANDEL_REASON_NO_CHARACTER = 5,   /* code page 936 does not have the character */
     MORANDEL_REASON_NOT_UTF8 = 6,       /* bytes that are no UTF-8 */
@@ -86,7 +87,8 @@ enum {
     MORANDEL_REASON_TEXT_RESULT = 12,   /* a text where numbers were asked for */
     MORANDEL_REASON_NUMBER_RESULT = 13, /* a number where texts were asked for */
     MORANDEL_REASON_NO_MEMORY = 14,
-    MORANDEL_REASON_MISUSE = 15, /* a NULL or a range that a call does not take */
+    MORANDEL_REASON_MISUSE = 15, /* a NULL or a range that a call does not take, or a NUL in a
+                                    formula */
     /* Warnings. */
     MORANDEL_REASON_NOT_READ = 20,      /* text after a character that starts nothing */
     MORANDEL_REASON_NOT_COMPUTED = 21,  /* text after the end of what is computed */
@@ -174,10 +176,11 @@ MORANDEL_API void morandel_warnings_free(morandel_warnings* warnings);
    name is a variable, which fits everywhere. */
 typedef struct morandel_fault {
     int kind;         /* 0 no number before "!", 1 no number, 2 no text, 3 too few arguments, 4 too
-                         many; strtrim of a number is told as 1 */
+                         many; strtrim of a number is told as 1, r2s of a text and a text on the
+                         right of "or" as 2 */
     int operand;      /* operand or argument, from 1; 0 for too many arguments */
     int wants;        /* MORANDEL_NUMBER or MORANDEL_TEXT; MORANDEL_DEDUCED where that is not
-                         checked */
+                         checked. For kinds 3 and 4 it means nothing */
     const char* name; /* of the operator or function, as the checker calls it; it ends with a NUL */
     size_t size;
     morandel_position position; /* of the operator or function */
@@ -239,8 +242,8 @@ typedef struct morandel_column {
     size_t stride;         /* bytes from a row's number to the next one's, (size_t)-8 for the
                               double before it; 0: one for all rows */
     const char* text;      /* the texts of all rows, one after the other */
-    const void* offsets;   /* where each begins, and the last one ends: rows + 1 integers; NULL:
-                              one text for all rows */
+    const void* offsets;   /* where each begins, and the last one ends: rows + 1 signed integers;
+                              NULL: one text for all rows */
     size_t offset_size;    /* bytes of an offset, 4 or 8 */
     size_t size;           /* of the one text; with offsets, of all the bytes */
 } morandel_column;
@@ -274,7 +277,8 @@ MORANDEL_API const size_t* morandel_texts_offsets(const morandel_texts* texts);
 MORANDEL_API void morandel_texts_free(morandel_texts* texts);
 
 /* The error of a row, from 0, found by computing it again; wants is MORANDEL_NUMBER or
-   MORANDEL_TEXT, as the row was asked for. 0 where the row does not fail; *error is NULL then. */
+   MORANDEL_TEXT, as the row was asked for. 0 where the row does not fail; *error is NULL then. 1
+   also where the call itself fails, with the error of that. */
 MORANDEL_API int morandel_formula_row_error(const morandel_formula* formula,
                                             const morandel_column* columns, size_t count,
                                             size_t rows, size_t row, int wants,

@@ -7,8 +7,9 @@
 //         for (const CheckexpressionError& fault : check.m_errors)
 //             report(fault.strName, fault.nType, fault.nIndex, fault.nPosition);
 //
-// A formula that SetExpression refuses has no records; its status and message tell. Parameters may
-// be declared as for an evaluation; a string parameter counts as an operand of no kind.
+// A formula that SetExpression refuses has no records, so CheckExpression gives false for it; its
+// status and message tell, but for those that are refused in silence, see SetExpression. Parameters
+// may be declared as for an evaluation; a string parameter counts as an operand of no kind.
 
 #pragma once
 
@@ -44,7 +45,8 @@ class MORANDEL_EXPORT CExpressionCheck : public CExpress {
     virtual ~CExpressionCheck();
 
     // Checks a formula of at most 512 bytes; true where it has faults, which are appended to
-    // m_errors. Call Reset first: faults and arguments of the check before stay otherwise.
+    // m_errors, and, with none, where it is accepted with a status of 0 (5!+). Call Reset first:
+    // faults and arguments of the check before stay otherwise.
     bool CheckExpression(const char* text);
 
     // Empties m_errors and m_argKinds and sets m_tokenCount to 0.

@@ -64,9 +64,11 @@ class MORANDEL_EXPORT CExpress {
     // between SetExpression and CalcExpression.
     int SetPara(MYPARA* para, int index, bool isString);
 
-    // Loads a formula, checks its grammar and lists its free variables. Refused are: null; a text
-    // of more than 512 bytes, which changes nothing at all; a text that VerifyExpression refuses,
-    // which leaves an empty formula.
+    // Loads a formula, checks its grammar and lists its free variables. Refused are: null, which
+    // leaves a message and no error number; a text of more than 512 bytes, which changes nothing at
+    // all; a text that VerifyExpression refuses, which leaves an empty formula. That is in silence,
+    // with a status of 1 and no message, where the text is empty, begins with a character that no
+    // token begins with, or has a quotation mark that is not closed.
     int SetExpression(const char* text);
 
     // Checks the grammar from the reading position on, which SetExpression leaves at the start;
@@ -85,7 +87,8 @@ class MORANDEL_EXPORT CExpress {
     int GetStatu();
     // What the last grammar check found: 0 well formed, 2 ")" missing, 3 nothing after + or -,
     // 4 nothing after * or /, 5 nothing after ^, a word or a relation, 6 nothing after "," or
-    // no "(", 7 illegal character, 8 operator missing.
+    // no "(", 7 illegal character, 8 operator missing. What is refused in silence or with the
+    // errors 38, 45 and 46 leaves what it was before, at first 0.
     int GetExpressionStatus();
     // The number of the last error, -1 when there was none; its message is in m_ErrorMessage.
     int GetErrorNumber();

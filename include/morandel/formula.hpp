@@ -8,7 +8,9 @@
 //
 // Texts are UTF-8. This header has all its code in itself, over morandel/c.h, so a host of any
 // compiler can use the same library. What fails throws Error; where memory runs out, that
-// is std::bad_alloc.
+// is std::bad_alloc. Other exceptions are std::invalid_argument from compute by name where a name
+// has no value, and where a column has too few rows; and std::logic_error where a text is asked
+// for as a number, also by compute_numbers, or a number as a text.
 
 #pragma once
 
