@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -13,6 +14,7 @@ namespace {
 
 std::size_t allocations = 0;
 std::size_t bytes = 0;  // that are not given back
+std::size_t most_bytes = 0;
 
 // Before each block, its size.
 constexpr std::size_t header = 16;
@@ -24,6 +26,7 @@ void* operator new(std::size_t size) {
     auto* room = static_cast<char*>(std::malloc(size + header));
     if (room == nullptr) throw std::bad_alloc();
     bytes += size;
+    most_bytes = std::max(most_bytes, bytes);
     std::memcpy(room, &size, sizeof size);
     return room + header;
 }
@@ -116,6 +119,24 @@ TEST(Memory, OneFormulaNeedsLessThanAGibibyte) {
         e.CalcExpression();
         EXPECT_LT(bytes - before, std::size_t{1} << 30);
     }
+}
+
+// Each may make one, as long as the longest that is given or, by joining and replacing, 64 MiB.
+TEST(Memory, OneFormulaNeedsNoMoreTextsThanItHasCalls) {
+    constexpr std::size_t length = std::size_t{1} << 20;
+    CExpress e;
+    MYPARA s{"s", 0.0, std::string(length, 'x')};
+    e.SetNumberOfPara(1);
+    e.SetPara(&s, 1, true);
+    std::string text = "s";
+    std::size_t calls = 0;
+    for (; text.size() + 9 <= CExpress::max_formula; ++calls) text = "strcase(" + text + ")";
+    EXPECT_EQ(calls, 56U);
+    ASSERT_EQ(e.SetExpression(text.c_str()), 1);
+    const std::size_t before = bytes;
+    most_bytes = bytes;
+    EXPECT_EQ(e.CalcExpression(), 1);
+    EXPECT_LT(most_bytes - before, (calls + 2) * length);
 }
 
 TEST(Memory, ANewEvaluatorTakesAtMost16Kibibytes) { EXPECT_LE(sizeof(CExpress), 16U * 1024); }
