@@ -97,9 +97,12 @@ struct Busy {
                          object.fill_untyped());
         const std::string text(std::size_t{4} << 20, 'a');
         object->SetStringValue(1, bytes("t"), bytes(text), bytes(""));
-        for (int i = 0; i < 20; ++i) {
-            object->SetStringValue(0, bytes("u" + std::to_string(i)), bytes(""),
-                                   bytes("strreplace(strcat(t,t,t,t,t,t,t,t),\"a\",\"b\")"));
+        const std::string joined = "strcat(t,t,t,t,t,t,t,t)";
+        for (int i = 0; i < 40; ++i) {
+            const std::string name = "u" + std::to_string(i);
+            const std::string formula = "strlen(strreplace(strreplace(strreplace(" + joined +
+                                        ",\"a\",\"b\"),\"b\",\"c\"),\"c\",\"d\"))";
+            object->SetValue(0, bytes(name), 0.0, bytes(formula));
         }
         SetEvent(busy->begins);
         double value = 0.0;
