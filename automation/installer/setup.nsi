@@ -2,9 +2,9 @@
 ;     makensis -DVERSION=... -DSTAGE=... -DFILES=... -DICON=... -DSIZE=... -DOUTPUT=... setup.nsi
 ; STAGE holds the folders x64 and x86, FILES the macros that list what is in them.
 ; Without windows: /S, with /AllUsers or /CurrentUser, /PATH for the command, /D=folder at the end.
-; It ends with 0; 2 where it is given up; 5 where something fails; 32 where a program has files of an
-; older one loaded; 740 where it is for the machine without an administrator's rights. But for 0 and a
-; registration that fails, all is as it was before.
+; It ends with 0; 2 where it is given up; 5 where something fails; 32 where a program uses files of an
+; older one; 740 where it is for the machine without an administrator's rights. With 2, 32 and 740 all
+; is as it was before, and with 5 unless the older one is gone already.
 
 Unicode true
 SetCompressor /SOLID lzma
@@ -29,11 +29,13 @@ InstallDir ""
 !define IN_USE 32
 !define FAILED 5
 !define NO_RIGHTS 740
+!define ERROR_ALREADY_EXISTS 183
 
 Var Scope        ; machine or user
 Var Options      ; of regsvr32
 Var OldFolder    ; where an older one is; empty if there is none
-Var InUse        ; the first file that a program has loaded
+Var Stage        ; where the files are unpacked
+Var InUse        ; the first file that a program is using
 Var UserButton
 Var MachineButton
 
@@ -76,24 +78,58 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
     ${EndIf}
 !macroend
 
-; The first of the loadable files below a folder that cannot be opened for writing.
-!macro FIND_IN_USE folder
-    !insertmacro FIND_ONE_IN_USE "${folder}\x64\bin\Morandel10.dll"
-    !insertmacro FIND_ONE_IN_USE "${folder}\x64\bin\morandel.exe"
-    !insertmacro FIND_ONE_IN_USE "${folder}\x86\bin\Morandel10.dll"
-    !insertmacro FIND_ONE_IN_USE "${folder}\x86\bin\morandel.exe"
+; The first of the files below a folder that is in use.
+!macro FIND_IN_USE un folder
+    StrCpy $R6 "${folder}"
+    !insertmacro EACH_FILE_x64 FIND_${un}ONE_IN_USE
+    !insertmacro EACH_FILE_x86 FIND_${un}ONE_IN_USE
 !macroend
 !macro FIND_ONE_IN_USE file
+    StrCpy $R9 "$R6\${file}"
+    Call FindOneInUse
+!macroend
+!macro FIND_un.ONE_IN_USE file
+    StrCpy $R9 "$R6\${file}"
+    Call un.FindOneInUse
+!macroend
+
+; Who has loaded a file refuses that others write to it; who has opened it may refuse that it goes.
+!macro FIND_ONE_FUNCTION un
+Function ${un}FindOneInUse
     ${If} $InUse == ""
-    ${AndIf} ${FileExists} "${file}"
-        ClearErrors
-        FileOpen $R9 "${file}" a
-        ${If} ${Errors}
-            StrCpy $InUse "${file}"
+    ${AndIf} ${FileExists} "$R9"
+    ${AndIfNot} ${FileExists} "$R9\*.*"
+        StrCpy $R8 0x40010000  ; GENERIC_WRITE and DELETE
+        System::Call 'kernel32::GetFileAttributesW(w R9) i .R7'
+        IntOp $R7 $R7 & 1
+        ${If} $R7 = 1
+            StrCpy $R8 0x10000  ; one may not write to what is read-only, but may delete it
+        ${EndIf}
+        System::Call 'kernel32::CreateFileW(w R9, i R8, i 7, p 0, i 3, i 0, p 0) p .R8'
+        ${If} $R8 = -1
+            StrCpy $InUse $R9
         ${Else}
-            FileClose $R9
+            System::Call 'kernel32::CloseHandle(p R8)'
         ${EndIf}
     ${EndIf}
+FunctionEnd
+!macroend
+!insertmacro FIND_ONE_FUNCTION ""
+!insertmacro FIND_ONE_FUNCTION "un."
+
+; What is done with each file or folder of the lists.
+!macro PLACE_FILE file
+    Delete "$INSTDIR\${file}"
+    Rename "$Stage\${file}" "$INSTDIR\${file}"
+!macroend
+!macro MAKE_FOLDER folder
+    CreateDirectory "$INSTDIR\${folder}"
+!macroend
+!macro REMOVE_FILE file
+    Delete "$INSTDIR\${file}"
+!macroend
+!macro REMOVE_FOLDER folder
+    RMDir "$INSTDIR\${folder}"
 !macroend
 
 !macro STOP code text
@@ -102,14 +138,23 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
     Quit
 !macroend
 
+; The program's status into $R8, also where it does not even start.
+!macro RUN command
+    ClearErrors
+    ExecWait `${command}` $R8
+    ${If} ${Errors}
+        StrCpy $R8 ${FAILED}
+    ${EndIf}
+!macroend
+
 ; A 32-bit program reaches the system's own folder by another name.
 !macro REGSVR32 kind options
     !if ${kind} == x64
         ${DisableX64FSRedirection}
-        ExecWait '"$WINDIR\system32\regsvr32.exe" /s ${options} $Options "$INSTDIR\x64\bin\Morandel10.dll"' $R8
+        !insertmacro RUN '"$WINDIR\system32\regsvr32.exe" /s ${options} $Options "$INSTDIR\x64\bin\Morandel10.dll"'
         ${EnableX64FSRedirection}
     !else
-        ExecWait '"$SYSDIR\regsvr32.exe" /s ${options} $Options "$INSTDIR\x86\bin\Morandel10.dll"' $R8
+        !insertmacro RUN '"$SYSDIR\regsvr32.exe" /s ${options} $Options "$INSTDIR\x86\bin\Morandel10.dll"'
     !endif
 !macroend
 
@@ -231,51 +276,31 @@ Function .onInit
     ${EndIf}
 FunctionEnd
 
-Function Install
-    again:
-    StrCpy $InUse ""
-    !insertmacro FIND_IN_USE "$INSTDIR"
-    ${If} $OldFolder != ""
-    ${AndIf} $OldFolder != $INSTDIR
-        !insertmacro FIND_IN_USE "$OldFolder"
+; A folder beside that of the files, which is made here and so may be deleted; empty where none can be.
+Function MakeStage
+    ${GetParent} "$INSTDIR" $0
+    CreateDirectory "$0"
+    StrCpy $0 ""
+    ${Do}
+        StrCpy $Stage "$INSTDIR.new$0"
+        System::Call 'kernel32::CreateDirectoryW(w "$Stage", p 0) i .r1 ?e'
+        Pop $2
+        IntOp $0 $0 + 1
+    ${LoopUntil} $2 != ${ERROR_ALREADY_EXISTS}
+    ${If} $1 = 0
+        StrCpy $Stage ""
     ${EndIf}
-    ${If} $InUse != ""
-        SetErrorLevel ${IN_USE}
-        MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$(IsInUse)" /SD IDCANCEL IDRETRY again
-        Quit
-    ${EndIf}
-    SetErrorLevel 0
+FunctionEnd
 
-    ; All is unpacked before anything is changed.
-    RMDir /r "$INSTDIR.new"
-    ClearErrors
-    SetOverwrite try
-    !insertmacro UNPACK_x86 "$INSTDIR.new\x86"
-    ${If} ${RunningX64}
-        !insertmacro UNPACK_x64 "$INSTDIR.new\x64"
-    ${EndIf}
+Function RemoveStage
     SetOutPath "$TEMP"
-    ${If} ${Errors}
-        RMDir /r "$INSTDIR.new"
-        !insertmacro STOP ${FAILED} "$(CannotUnpack)"
+    ${If} $Stage != ""
+        RMDir /r "$Stage"
+        StrCpy $Stage ""
     ${EndIf}
+FunctionEnd
 
-    ${If} $OldFolder != ""
-        ExecWait '"$OldFolder\uninstall.exe" /S _?=$OldFolder' $R8
-        ${If} $R8 != 0
-            RMDir /r "$INSTDIR.new"
-            !insertmacro STOP $R8 "$(CannotRemoveOld)"
-        ${EndIf}
-        Delete "$OldFolder\uninstall.exe"
-        RMDir "$OldFolder"
-    ${EndIf}
-
-    CreateDirectory "$INSTDIR"
-    WriteUninstaller "$INSTDIR\uninstall.exe"
-    !insertmacro PUT_IN_PLACE x86
-    !insertmacro PUT_IN_PLACE x64
-    RMDir /r "$INSTDIR.new"
-
+Function WriteSettings
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayName" "$(DisplayName) ${VERSION}"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayVersion" "${VERSION}"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayIcon" "$INSTDIR\x86\bin\Morandel10.dll,0"
@@ -285,6 +310,74 @@ Function Install
     WriteRegDWORD SHCTX "${UNINSTALL}" "EstimatedSize" ${SIZE}
     WriteRegDWORD SHCTX "${UNINSTALL}" "NoModify" 1
     WriteRegDWORD SHCTX "${UNINSTALL}" "NoRepair" 1
+FunctionEnd
+
+Function RemoveAgain
+    Call RemoveStage
+    !insertmacro RUN '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
+    ${If} $R8 = 0
+        Delete "$INSTDIR\uninstall.exe"
+    ${EndIf}
+    RMDir "$INSTDIR"
+FunctionEnd
+
+Function Install
+    again:
+    StrCpy $InUse ""
+    !insertmacro FIND_IN_USE "" "$INSTDIR"
+    ${If} $OldFolder != ""
+        !insertmacro FIND_IN_USE "" "$OldFolder"
+    ${EndIf}
+    ${If} $InUse != ""
+        SetErrorLevel ${IN_USE}
+        MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$(IsInUse)" /SD IDCANCEL IDRETRY again
+        Quit
+    ${EndIf}
+    SetErrorLevel 0
+
+    ; All is unpacked before anything is changed.
+    Call MakeStage
+    ${If} $Stage == ""
+        !insertmacro STOP ${FAILED} "$(CannotUnpack)"
+    ${EndIf}
+    ClearErrors
+    SetOverwrite try
+    !insertmacro UNPACK_x86 "$Stage"
+    ${If} ${RunningX64}
+        !insertmacro UNPACK_x64 "$Stage"
+    ${EndIf}
+    SetOutPath "$TEMP"
+    ${If} ${Errors}
+        Call RemoveStage
+        !insertmacro STOP ${FAILED} "$(CannotUnpack)"
+    ${EndIf}
+
+    ${If} $OldFolder != ""
+        !insertmacro RUN '"$OldFolder\uninstall.exe" /S _?=$OldFolder'
+        ${If} $R8 != 0
+            Call RemoveStage
+            !insertmacro STOP $R8 "$(CannotRemoveOld)"
+        ${EndIf}
+        Delete "$OldFolder\uninstall.exe"
+        RMDir "$OldFolder"
+    ${EndIf}
+
+    ; What the uninstaller goes by is there first, so that it can remove what is there in part.
+    ClearErrors
+    CreateDirectory "$INSTDIR"
+    WriteUninstaller "$INSTDIR\uninstall.exe"
+    Call WriteSettings
+    !insertmacro EACH_FOLDER_x86 MAKE_FOLDER
+    !insertmacro EACH_FILE_x86 PLACE_FILE
+    ${If} ${RunningX64}
+        !insertmacro EACH_FOLDER_x64 MAKE_FOLDER
+        !insertmacro EACH_FILE_x64 PLACE_FILE
+    ${EndIf}
+    ${If} ${Errors}
+        Call RemoveAgain
+        !insertmacro STOP ${FAILED} "$(CannotPlace)"
+    ${EndIf}
+    Call RemoveStage
 
     !insertmacro REGSVR32 x86 ""
     StrCpy $R7 $R8
@@ -295,9 +388,7 @@ Function Install
         ${EndIf}
     ${EndIf}
     ${If} $R7 != 0
-        ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
-        Delete "$INSTDIR\uninstall.exe"
-        RMDir "$INSTDIR"
+        Call RemoveAgain
         !insertmacro STOP ${FAILED} "$(CannotRegister)"
     ${EndIf}
 FunctionEnd
@@ -322,7 +413,7 @@ FunctionEnd
 Section un.Library
     again:
     StrCpy $InUse ""
-    !insertmacro FIND_IN_USE "$INSTDIR"
+    !insertmacro FIND_IN_USE "un." "$INSTDIR"
     ${If} $InUse != ""
         SetErrorLevel ${IN_USE}
         MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$(IsInUse)" /SD IDCANCEL IDRETRY again
@@ -339,8 +430,14 @@ Section un.Library
         Call un.RemoveFromPath
     ${EndIf}
     SetOutPath "$TEMP"
-    !insertmacro REMOVE_x86 "$INSTDIR\x86"
-    !insertmacro REMOVE_x64 "$INSTDIR\x64"
+    ClearErrors
+    !insertmacro EACH_FILE_x86 REMOVE_FILE
+    !insertmacro EACH_FILE_x64 REMOVE_FILE
+    ${If} ${Errors}
+        !insertmacro STOP ${FAILED} "$(CannotRemove)"
+    ${EndIf}
+    !insertmacro EACH_FOLDER_x86 REMOVE_FOLDER
+    !insertmacro EACH_FOLDER_x64 REMOVE_FOLDER
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR"
     DeleteRegKey SHCTX "${UNINSTALL}"

@@ -19,6 +19,7 @@ echo old >"$scratch/older/x64/examples/no longer here.txt"
 "$source_folder/scripts/installer" "$version" "$scratch/stage" "$scratch/again.exe" >"$scratch/again.log"
 wait $! || { cat "$scratch/log"; exit 1; }
 cmp "$setup" "$scratch/again.exe" || problem "the installer differs when it is made again"
+cp "$setup" "$scratch/setup.exe"
 
 # All of the registry and the disk that is not of the moment. The removal's own copy in the folder of
 # temporary files goes when the system starts next.
@@ -85,7 +86,6 @@ cp -r "$drive/公式 计算" "$scratch/loaded"
 for system in system32 syswow64; do
     start_host $system
     state=$("$wine" "$build_folder/tests/automation/registry_state.exe")
-    cp "$setup" "$scratch/setup.exe"
     for line in "setup.exe /S /AllUsers" "\"$own\\uninstall.exe\" /S _?=$own"; do
         run_line "$line"
         expect "'$line' while $system has it" $? 32
@@ -118,6 +118,52 @@ rmdir "$drive/users/$(id -un)/AppData/Local/Programs"
 expect_objects "the machine's after the user's is gone"
 uninstall "$machine"
 expect_same "removal for the user" "$scratch/before"
+
+# Beside the folder there is something of the user's already, or the older version.
+mkdir "$drive/M.new"
+echo mine | tee "$drive/M.new/mine.txt" >"$drive/M.new1"
+run_line 'setup.exe /S /AllUsers /D=C:\M' || problem "installing beside what is the user's ends with $?"
+expect "what is beside the folder" "$(cd "$drive" && echo M* && cat M.new/mine.txt M.new1)" $'M M.new M.new1\nmine\nmine'
+uninstall 'C:\M'
+rm -rf "$drive"/M.*
+expect_same "removal beside what is the user's" "$scratch/before"
+run_line 'older.exe /S /AllUsers /D=C:\M.new'
+run_line 'setup.exe /S /AllUsers /D=C:\M' || problem "the upgrade from beside it ends with $?"
+expect "where it is" "$(cd "$drive" && echo M*)" M
+expect_objects "upgraded from beside it"
+uninstall 'C:\M'
+expect_same "removal after the upgrade from beside it" "$scratch/before"
+
+# What can be neither replaced nor removed stays as it is: its uninstaller does not start; somebody has a file open.
+run_line 'older.exe /S /AllUsers /D=C:\M'
+cp "$drive/M/uninstall.exe" "$scratch/uninstall.exe"
+echo nothing >"$drive/M/uninstall.exe"
+expect_nothing_done() {  # what, wanted status, line
+    rm -rf "$scratch/as-it-was"
+    cp -r "$drive/M" "$scratch/as-it-was"
+    run_line "$3"
+    expect "'$3' while $1" $? "$2"
+    diff -r "$scratch/as-it-was" "$drive/M" || problem "files were changed while $1"
+    expect "what is beside the folder while $1" "$(cd "$drive" && echo M*)" M
+    expect "the version while $1" "$(setting "HKLM\\$installed" DisplayVersion)" 9.9.9
+}
+expect_nothing_done "the old uninstaller does not start" 5 'setup.exe /S /AllUsers'
+cp "$scratch/uninstall.exe" "$drive/M/uninstall.exe"
+start_host system32 'C:\M\x64\examples\example.vbs'
+expect_nothing_done "somebody has a file open" 32 'setup.exe /S /AllUsers'
+expect_nothing_done "somebody has a file open" 32 '"C:\M\uninstall.exe" /S _?=C:\M'
+stop_host
+chmod a-w "$drive/M/x64/examples/example.vbs"
+uninstall 'C:\M' || problem "removal of a file that is read-only ends with $?"
+expect_same "removal of a file that is read-only" "$scratch/before"
+
+# A folder is where a file is to be.
+mkdir -p "$drive/M/x64/examples/example.vbs/mine"
+run_line 'setup.exe /S /AllUsers /D=C:\M'
+expect "installing where a folder is" $? 5
+expect "what is left there" "$(cd "$drive" && find M* | sort | tail -n 1)" M/x64/examples/example.vbs/mine
+rm -r "$drive/M"
+expect_same "installing where a folder is" "$scratch/before"
 
 [ "$failed" -eq 0 ] || echo "$failed failures"
 [ "$failed" -eq 0 ]

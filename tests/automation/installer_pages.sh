@@ -38,7 +38,7 @@ walk 32 zh_CN.UTF-8 "$setup" 1 1 1 1 4 2
 expect_shown 有程序正在使用这个文件： "$machine\\x64\\bin\\Morandel10.dll" 请结束该程序后重试。尚未作任何更改。
 diff -r "$scratch/loaded" "$machine_folder" || problem "files were changed while a host has them"
 walk 32 en_US.UTF-8 "$machine\\uninstall.exe _?=$machine" 1 2
-expect_shown 'A program has this file loaded:' "$machine\\x64\\bin\\Morandel10.dll" 'End that program, then try again. Nothing has been changed.'
+expect_shown 'A program is using this file:' "$machine\\x64\\bin\\Morandel10.dll" 'End that program, then try again. Nothing has been changed.'
 diff -r "$scratch/loaded" "$machine_folder" || problem "files were removed while a host has them"
 stop_host
 

@@ -48,19 +48,24 @@ expect_objects() {  # what
 }
 user_classes() { "$wine" "$build_folder/tests/automation/registry_state.exe" | tr -d '\r' | grep -c '^HKCU.*InprocServer32 @='; }
 
-# A host that has the DLL loaded. Wine's scripts cannot sleep, so it counts, when nobody else has to run.
+# A host that has the DLL loaded, or a file open. Wine's scripts cannot sleep, so it counts, when nobody
+# else has to run.
 cat >"$scratch/host.vbs" <<'HOST'
-Set o = CreateObject("Morandel10.ComExpress")
 Set files = CreateObject("Scripting.FileSystemObject")
+If WScript.Arguments.Count = 0 Then
+    Set o = CreateObject("Morandel10.ComExpress")
+Else
+    Set o = files.OpenTextFile(WScript.Arguments(0))
+End If
 files.CreateTextFile("ready").Close
 Do Until files.FileExists("stop")
     For i = 1 To 100000
     Next
 Loop
 HOST
-start_host() {  # system32 or syswow64
+start_host() {  # system32 or syswow64, a file
     rm -f "$scratch/ready" "$scratch/stop"
-    (cd "$scratch" && exec nice -n 19 "$wine" "C:\\windows\\$1\\cscript.exe" //nologo host.vbs >/dev/null 2>&1) &
+    (cd "$scratch" && exec nice -n 19 "$wine" "C:\\windows\\$1\\cscript.exe" //nologo host.vbs "${@:2}" >/dev/null 2>&1) &
     host=$!
     for ((i = 0; i < 300; ++i)); do [ ! -e "$scratch/ready" ] || return; sleep 0.1; done
     problem "there is no host in $1"
