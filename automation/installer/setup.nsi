@@ -78,6 +78,22 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
     ${EndIf}
 !macroend
 
+; The folder's full path, by which folders can be compared: nothing of . and .., no backslash at its
+; end, and no short names where it is there.
+!macro FULL_PATH result folder
+    StrCpy $R9 "${folder}"
+    System::Call 'kernel32::GetFullPathNameW(w R9, i ${NSIS_MAX_STRLEN}, w .R9, p 0)'
+    StrCpy $R8 $R9 1 -1
+    ${If} $R8 == "\"
+        StrCpy $R9 $R9 -1
+    ${EndIf}
+    System::Call 'kernel32::GetLongPathNameW(w R9, w .R8, i ${NSIS_MAX_STRLEN}) i .R7'
+    ${If} $R7 > 0
+        StrCpy $R9 $R8
+    ${EndIf}
+    StrCpy ${result} $R9
+!macroend
+
 ; The first of the files below a folder that is in use.
 !macro FIND_IN_USE un folder
     StrCpy $R6 "${folder}"
@@ -170,6 +186,26 @@ Function FolderOfScope
     ReadRegStr $OldFolder SHCTX "${UNINSTALL}" "InstallLocation"
     ${IfNot} ${FileExists} "$OldFolder\uninstall.exe"
         StrCpy $OldFolder ""
+    ${EndIf}
+FunctionEnd
+
+; The uninstaller serves one scope, and would remove the files of the other one.
+Function RefuseFolderOfOtherScope
+    ${If} $Scope == machine
+        ReadRegStr $0 HKCU "${UNINSTALL}" "InstallLocation"
+    ${Else}
+        ReadRegStr $0 HKLM "${UNINSTALL}" "InstallLocation"
+    ${EndIf}
+    ${If} $0 == ""
+        Return
+    ${EndIf}
+    !insertmacro FULL_PATH $0 "$0"
+    ${If} $0 == $INSTDIR
+        ${If} $Scope == machine
+            !insertmacro STOP ${FAILED} "$(HeldForUser)"
+        ${Else}
+            !insertmacro STOP ${FAILED} "$(HeldForMachine)"
+        ${EndIf}
     ${EndIf}
 FunctionEnd
 
@@ -266,6 +302,13 @@ Function .onInit
     ${EndIf}
     Call FolderOfScope
     ${If} $INSTDIR == ""
+        ; A folder that cannot be is dropped, and the option with it.
+        System::Call 'kernel32::GetCommandLineW() p .R1'
+        System::Call 'shlwapi::StrStrIW(p R1, w "/D=") p .R2'
+        ${If} $R2 <> 0
+            System::Call 'kernel32::lstrcpynW(w .R1, p R2, i ${NSIS_MAX_STRLEN})'
+            !insertmacro STOP ${FAILED} "$(BadFolder)"
+        ${EndIf}
         Call DefaultFolder
     ${EndIf}
     Call PathOfScope
@@ -322,6 +365,8 @@ Function RemoveAgain
 FunctionEnd
 
 Function Install
+    !insertmacro FULL_PATH $INSTDIR "$INSTDIR"
+    Call RefuseFolderOfOtherScope
     again:
     StrCpy $InUse ""
     !insertmacro FIND_IN_USE "" "$INSTDIR"
@@ -399,6 +444,10 @@ Function un.onInit
     ${EndIf}
     StrCpy $Scope user
     ReadRegStr $0 HKLM "${UNINSTALL}" "InstallLocation"
+    !insertmacro FULL_PATH $INSTDIR "$INSTDIR"
+    ${If} $0 != ""
+        !insertmacro FULL_PATH $0 "$0"
+    ${EndIf}
     ${If} $0 == $INSTDIR
         StrCpy $Scope machine
         UserInfo::GetAccountType

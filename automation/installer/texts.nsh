@@ -21,3 +21,6 @@
 !insertmacro TEXT CannotRegister "The library cannot be registered; it has been removed again." "不能注册这个库，已经重新删除。"
 !insertmacro TEXT CannotPlace "The files cannot be put into the folder; they have been removed again." "不能把文件放入文件夹，已经重新删除。"
 !insertmacro TEXT CannotRemove "Not all files can be removed. Remove it once more later." "有文件不能删除。请稍后再卸载一次。"
+!insertmacro TEXT BadFolder "This is no folder to install to:$\r$\n$R1$\r$\n$\r$\nNothing has been changed." "不能安装到这个文件夹：$\r$\n$R1$\r$\n$\r$\n未作任何更改。"
+!insertmacro TEXT HeldForUser "Morandel is installed in this folder for you alone. Take another folder, or remove that first. Nothing has been changed." "这个文件夹中已有只为您自己安装的 Morandel。请换一个文件夹，或先卸载它。未作任何更改。"
+!insertmacro TEXT HeldForMachine "Morandel is installed in this folder for everybody on this machine. Take another folder, or remove that first. Nothing has been changed." "这个文件夹中已有为所有用户安装的 Morandel。请换一个文件夹，或先卸载它。未作任何更改。"

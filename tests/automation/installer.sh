@@ -165,5 +165,34 @@ expect "what is left there" "$(cd "$drive" && find M* | sort | tail -n 1)" M/x64
 rm -r "$drive/M"
 expect_same "installing where a folder is" "$scratch/before"
 
+# The machine's and the user's cannot share a folder, however it is written.
+for scopes in "AllUsers HKLM CurrentUser HKCU" "CurrentUser HKCU AllUsers HKLM"; do
+    read -r first first_root second second_root <<<"$scopes"
+    run_line "setup.exe /S /$first /D=C:\\M"
+    state=$("$wine" "$build_folder/tests/automation/registry_state.exe")
+    run_line "setup.exe /S /$second /D=C:\\Users\\..\\m\\"
+    expect "installing with /$second over /$first" $? 5
+    expect "the version of /$second" "$(setting "$second_root\\$installed" DisplayVersion)" ''
+    expect "the version of /$first" "$(setting "$first_root\\$installed" DisplayVersion)" "$version"
+    expect "the registry with /$second refused" "$("$wine" "$build_folder/tests/automation/registry_state.exe")" "$state"
+    [ -e "$drive/M/x64/bin/Morandel10.dll" ] || problem "the files of /$first are gone"
+    uninstall 'C:\M'
+    expect_same "removal of /$first" "$scratch/before"
+done
+
+# A folder written another way, there and in the registry.
+run_line 'setup.exe /S /AllUsers /PATH /D=C:\Dot\..\M\'
+expect "the folder" "$(setting "HKLM\\$installed" InstallLocation)" 'C:\M'
+"$wine" reg add "HKLM\\$installed" /v InstallLocation /d 'C:\Dot\..\m' /f >/dev/null 2>&1
+uninstall 'C:\M' || problem "removal of a folder written another way ends with $?"
+expect_same "removal of a folder written another way" "$scratch/before"
+
+# No folder at all.
+for folder in C:/Fwd/x 'C:\' 'M' '"C:\M"' 'C:\windows\win.ini\M'; do
+    run_line "setup.exe /S /AllUsers /D=$folder"
+    expect "installing to '$folder'" $? 5
+done
+expect_same "refusing what is no folder" "$scratch/before"
+
 [ "$failed" -eq 0 ] || echo "$failed failures"
 [ "$failed" -eq 0 ]

@@ -57,6 +57,10 @@ expect_shown "Welcome to Morandel $version Setup" 'For whom' 'Who is to use the 
     'Choose Components' "$user" 'C:\Own folder' "Completing Morandel $version Setup"
 expect "the user's folder" "$(setting "HKCU\\$installed" InstallLocation)" 'C:\Own folder'
 expect "the user's classes" "$(user_classes)" 1
+walk 5 en_US.UTF-8 "$setup" 1 1 1 '=C:\Own folder' 1 1
+expect_shown 'Morandel is installed in this folder for you alone. Take another folder, or remove that first. Nothing has been changed.'
+walk 5 zh_CN.UTF-8 "$setup /D=C:/folder" 1
+expect_shown '不能安装到这个文件夹：' '/D=C:/folder' 未作任何更改。
 walk 0 en_US.UTF-8 'C:\Own folder\uninstall.exe _?=C:\Own folder' 1 1
 expect_shown "Uninstall Morandel $version" 'C:\Own folder' 'Uninstallation Complete'
 expect "the registry in the end" "$("$wine" "$build_folder/tests/automation/registry_state.exe")" ''
