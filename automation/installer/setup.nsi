@@ -25,6 +25,10 @@ InstallDir ""
 !include "${FILES}"
 
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Morandel10"
+!define CLASSES "Software\Classes"
+!define CLASS "{BD4CF43D-5C7D-4E1C-B3B0-E3796A1BC833}"
+!define TYPE_LIBRARY "{87DBCB11-BA08-4380-8638-06173CDE5481}"
+!define INTERFACE "{195C5069-9E2E-47CB-9B50-34BEABB8EF67}"
 !define GIVEN_UP 2
 !define IN_USE 32
 !define FAILED 5
@@ -66,6 +70,15 @@ VIAddVersionKey /LANG=0 "ProductVersion" "${VERSION}"
 VIAddVersionKey /LANG=0 "FileDescription" "Morandel formula calculation, setup"
 VIAddVersionKey /LANG=0 "FileVersion" "${VERSION}"
 VIAddVersionKey /LANG=0 "LegalCopyright" ""
+
+; The registry as the system's own programs see it.
+!macro OWN_VIEW
+    ${If} ${RunningX64}
+        SetRegView 64
+    ${Else}
+        SetRegView default
+    ${EndIf}
+!macroend
 
 ; What differs between the scopes, once that is known.
 !macro SCOPE_SETTINGS
@@ -277,9 +290,7 @@ Function PathOfScope
 FunctionEnd
 
 Function .onInit
-    ${If} ${RunningX64}
-        SetRegView 64
-    ${EndIf}
+    !insertmacro OWN_VIEW
     ${GetParameters} $R0
     UserInfo::GetAccountType
     Pop $0
@@ -439,9 +450,7 @@ Function Install
 FunctionEnd
 
 Function un.onInit
-    ${If} ${RunningX64}
-        SetRegView 64
-    ${EndIf}
+    !insertmacro OWN_VIEW
     StrCpy $Scope user
     ReadRegStr $0 HKLM "${UNINSTALL}" "InstallLocation"
     !insertmacro FULL_PATH $INSTDIR "$INSTDIR"
@@ -459,6 +468,29 @@ Function un.onInit
     !insertmacro SCOPE_SETTINGS
 FunctionEnd
 
+; What the library of one kind removes of the classes when it is unregistered, for one that cannot be
+; loaded any more. What both kinds share goes with the last of them.
+!macro UNREGISTER kind bits other_bits
+    !insertmacro REGSVR32 ${kind} "/u"
+    ${If} $R8 != 0
+        SetRegView ${bits}
+        DeleteRegKey SHCTX "${CLASSES}\CLSID\${CLASS}"
+        DeleteRegKey SHCTX "${CLASSES}\TypeLib\${TYPE_LIBRARY}\1.0\0\win${bits}"
+        SetRegView ${other_bits}
+        ReadRegStr $0 SHCTX "${CLASSES}\CLSID\${CLASS}\InprocServer32" ""
+        ${If} $0 == ""
+            DeleteRegKey SHCTX "${CLASSES}\Interface\${INTERFACE}"
+            SetRegView ${bits}
+            DeleteRegKey SHCTX "${CLASSES}\Interface\${INTERFACE}"
+            DeleteRegKey SHCTX "${CLASSES}\Morandel10.ComExpress"
+            DeleteRegKey SHCTX "${CLASSES}\Morandel10.ComExpress.1"
+            DeleteRegKey SHCTX "${CLASSES}\TypeLib\${TYPE_LIBRARY}\1.0"
+            DeleteRegKey /ifempty SHCTX "${CLASSES}\TypeLib\${TYPE_LIBRARY}"
+        ${EndIf}
+        !insertmacro OWN_VIEW
+    ${EndIf}
+!macroend
+
 Section un.Library
     again:
     StrCpy $InUse ""
@@ -470,9 +502,9 @@ Section un.Library
     ${EndIf}
     SetErrorLevel 0
     ${If} ${RunningX64}
-        !insertmacro REGSVR32 x64 "/u"
+        !insertmacro UNREGISTER x64 64 32
     ${EndIf}
-    !insertmacro REGSVR32 x86 "/u"
+    !insertmacro UNREGISTER x86 32 64
     ReadRegDWORD $0 SHCTX "${UNINSTALL}" "OnPath"
     ${If} $0 == 1
         !insertmacro COMMAND_FOLDER

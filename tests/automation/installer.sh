@@ -194,5 +194,14 @@ for folder in C:/Fwd/x 'C:\' 'M' '"C:\M"' 'C:\windows\win.ini\M'; do
 done
 expect_same "refusing what is no folder" "$scratch/before"
 
+# A library that is gone cannot unregister itself.
+for gone in "AllUsers x86" "AllUsers x64" "CurrentUser x86 x64"; do
+    read -r scope kinds <<<"$gone"
+    run_line "setup.exe /S /$scope /D=C:\\M"
+    for kind in $kinds; do rm "$drive/M/$kind/bin/Morandel10.dll"; done
+    uninstall 'C:\M' || problem "removal without $gone ends with $?"
+    expect_same "removal without $gone" "$scratch/before"
+done
+
 [ "$failed" -eq 0 ] || echo "$failed failures"
 [ "$failed" -eq 0 ]
