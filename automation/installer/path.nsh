@@ -54,6 +54,7 @@
     System::Call 'advapi32::RegCloseKey(p r0)'
 !macroend
 
+; What was there before is left there by the removal, so only what is added here is noted.
 Function AddToPath
     !insertmacro READ_PATH
     ${If} $5 = 0
@@ -63,6 +64,7 @@ Function AddToPath
         ${EndIf}
         System::Call 'kernel32::lstrcatW(p r4, w "$2;")'
         !insertmacro WRITE_PATH
+        WriteRegDWORD SHCTX "${UNINSTALL}" "OnPath" 1
     ${EndIf}
     !insertmacro CLOSE_PATH
 FunctionEnd

@@ -279,7 +279,6 @@ SectionEnd
 Section /o "$(PathName)" SectionPath
     !insertmacro COMMAND_FOLDER
     Call AddToPath
-    WriteRegDWORD SHCTX "${UNINSTALL}" "OnPath" 1
 SectionEnd
 
 Function PathOfScope

@@ -203,5 +203,17 @@ for gone in "AllUsers x86" "AllUsers x64" "CurrentUser x86 x64"; do
     expect_same "removal without $gone" "$scratch/before"
 done
 
+# A path that has the folder already keeps it.
+path='C:\one;C:\M\x64\bin;C:\two'
+"$wine" reg add 'HKCU\Environment' /v Path /d "$path" /f >/dev/null 2>&1
+for time in once again; do
+    run_line 'setup.exe /S /CurrentUser /PATH /D=C:\M'
+    expect "the user's own path, installed $time" "$(setting 'HKCU\Environment' Path)" "$path"
+done
+uninstall 'C:\M'
+expect "the user's own path in the end" "$(setting 'HKCU\Environment' Path)" "$path"
+"$wine" reg delete 'HKCU\Environment' /v Path /f >/dev/null 2>&1
+expect_same "removal with the user's own path" "$scratch/before"
+
 [ "$failed" -eq 0 ] || echo "$failed failures"
 [ "$failed" -eq 0 ]
