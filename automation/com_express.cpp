@@ -24,7 +24,7 @@ void store(BSTR* where, const std::string& bytes) {
 HRESULT CComExpress::create(IUnknown* outer, REFIID iid, void** object) {
     CComExpress* made = nullptr;
     try {
-        const auto turn = take_turn();
+        const Turn turn;
         made = new CComExpress(outer);
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
@@ -75,7 +75,7 @@ STDMETHODIMP_(ULONG) CComExpress::Release() { return m_outer->Release(); }
 // left. On 32 bits numbers pass through the x87, where a host's traps would meet them.
 template <class Body>
 HRESULT CComExpress::run(const Body& body) {
-    const auto turn = take_turn();
+    const Turn turn;
     const DefaultFloatingPoint environment;
     if (!m_invoking) {
         body();

@@ -1,32 +1,44 @@
 #include "engine/pending.h"
 
+#ifdef MORANDEL_PROCESS_WIDE_STATE
+#include <mutex>
+#endif
+
 #include "base/everlasting.h"
 #include "engine/turn.h"
 
 namespace morandel {
 
-ArgumentStack<double>& g_NumArray() {
 #ifdef MORANDEL_PROCESS_WIDE_STATE
+
+ArgumentStack<double>& g_NumArray() {
     static constinit Everlasting<ArgumentStack<double>> numbers;
+    return numbers.value;
+}
+
+namespace {
+std::mutex turns;
+}
+
+Turn::Turn() { turns.lock(); }
+Turn::~Turn() { turns.unlock(); }
+
 #else
+
+ArgumentStack<double>& g_NumArray() {
     static constinit thread_local Everlasting<ArgumentStack<double>> numbers;
     // Static objects go after what is the thread's.
     struct Release {
         ~Release() { numbers.value = {}; }
     };
     static thread_local const Release release;
-#endif
     return numbers.value;
 }
 
-std::unique_lock<std::mutex> take_turn() {
-#ifdef MORANDEL_PROCESS_WIDE_STATE
-    static std::mutex turn;
-    return std::unique_lock(turn);
-#else
-    return {};
+Turn::Turn() = default;
+Turn::~Turn() = default;
+
 #endif
-}
 
 void Pending::prepare(ArgumentStack<double>& numbers) {
     // All that come after the first one that is not kept were pushed by the same evaluation.
