@@ -9,6 +9,8 @@
 
 #include <morandel.h>
 #include <morandel/formula.hpp>
+
+#include "engine/turn.h"
 #include "tests/pending_thread.h"
 
 namespace {
@@ -109,6 +111,12 @@ TEST(Threads, DoNotFindWhatOthersLeft) {
 
 TEST(Threads, ANewEvaluatorForgetsNothingOfOthers) {
     EXPECT_EQ(morandel::tests::found_after_an_evaluator_of_another_thread(), 5.0);
+}
+
+// Who holds two turns waits for himself, where one waits at all.
+TEST(Threads, WaitForNobodysTurn) {
+    const morandel::Turn one;
+    const morandel::Turn other;
 }
 
 }  // namespace
