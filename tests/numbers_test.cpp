@@ -118,6 +118,10 @@ TEST(Numbers, TextOutOfRangeIsInfinityOrZero) {
     EXPECT_EQ(text_to_number("0." + std::string(400, '0') + "1e+900"),
               std::numeric_limits<double>::infinity());
     EXPECT_EQ(text_to_number(many_nines + "e-400"), 1.0);
+    // Digits and exponent that pull the other way, where one of the digits is four places.
+    EXPECT_EQ(text_to_number("0x1" + std::string(300, '0') + "p-100"),
+              std::numeric_limits<double>::infinity());
+    EXPECT_EQ(text_to_number("0x." + std::string(300, '0') + "1p100"), 0.0);
 }
 
 TEST(Numbers, DigitsAreReadExactly) {
