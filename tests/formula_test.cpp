@@ -472,7 +472,7 @@ TEST(Formula, WarnsOfEveryCallOfTooFewOrTooManyArguments) {
     for (const char* too_many :
          {"sqrt(1,2)", "sin(30,4)", "int(1,2)", "not(1,2)", "ln(1,2)", "strlen(\"a\",\"b\")",
           "strtrims(\"a\",1)", "s2r(\"a\",1)", "strfindn(\"a\",\"b\",3)",
-          "strdelete(\"a\",\"b\",3)", "if(1,2,3,4)", "mod(1,2,3)", "preci(1,2,3)"}) {
+          "strdelete(\"a\",\"b\",3)", "if(1,2,3,4)", "r2s(1,2,3)", "mod(1,2,3)", "preci(1,2,3)"}) {
         const auto notices = Formula(std::string(" ") + too_many).warnings();
         ASSERT_EQ(notices.size(), 1U) << too_many;
         EXPECT_EQ(notices[0].reason(), MORANDEL_REASON_TOO_MANY) << too_many;
@@ -484,8 +484,9 @@ TEST(Formula, WarnsOfEveryCallOfTooFewOrTooManyArguments) {
         ASSERT_EQ(notices.size(), 1U) << too_few;
         EXPECT_EQ(notices[0].reason(), MORANDEL_REASON_TOO_FEW) << too_few;
     }
-    for (const char* well : {"strcat(\"a\",\"b\",\"c\")", "strsub(\"abc\",1,2)", "r2s(1)",
-                             "r2s(1,2)", "preci(1,2)", "if(1,2,3)", "((1))", "mod((1),(2))"}) {
+    for (const char* well :
+         {"strcat(\"a\",\"b\",\"c\")", "strsub(\"abc\",1,2)", "r2s(1)", "r2s(1,2)",
+          "strmismatch(\"a\",\"b\",1,1,1)", "preci(1,2)", "if(1,2,3)", "((1))", "mod((1),(2))"}) {
         const auto prepared = Formula::prepare(well);
         ASSERT_TRUE(prepared) << well;
         EXPECT_TRUE(prepared->warnings().empty()) << well;
