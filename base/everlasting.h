@@ -10,7 +10,7 @@ template <class Type>
 union Everlasting {
     template <class... Arguments>
     constexpr explicit Everlasting(Arguments&&... arguments)
-        : value(std::forward<Arguments>(arguments)...) {}
+        : value{std::forward<Arguments>(arguments)...} {}
     Everlasting(const Everlasting&) = delete;
     Everlasting& operator=(const Everlasting&) = delete;
     constexpr ~Everlasting() {}

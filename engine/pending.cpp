@@ -20,8 +20,8 @@ namespace {
 std::mutex turns;
 }
 
-Turn::Turn() { turns.lock(); }
-Turn::~Turn() { turns.unlock(); }
+void begin_turn() { turns.lock(); }
+void end_turn() { turns.unlock(); }
 
 #else
 
@@ -35,8 +35,8 @@ ArgumentStack<double>& g_NumArray() {
     return numbers.value;
 }
 
-Turn::Turn() = default;
-Turn::~Turn() = default;
+void begin_turn() {}
+void end_turn() {}
 
 #endif
 

@@ -4,12 +4,15 @@
 
 namespace morandel {
 
-// Held by a thread while it evaluates beside others: where the process shares its pending numbers
-// only one may, else nothing is waited for.
+// Where the process shares its pending numbers, waits until no other thread evaluates.
+void begin_turn();
+void end_turn();
+
+// Held by a thread while it evaluates beside others.
 class Turn {
   public:
-    Turn();
-    ~Turn();
+    Turn() { begin_turn(); }
+    ~Turn() { end_turn(); }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
 };
