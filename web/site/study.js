@@ -20,6 +20,17 @@ export function placeOfName(text, name) {
     return null;
 }
 
+// The number of the error that names without a value lead to; null where they lead to none.
+function errorNumber(engine, formula, values) {
+    try {
+        formula.compute(values);
+        return null;
+    } catch (error) {
+        if (!(error instanceof engine.FormulaError)) throw error;
+        return error.number;
+    }
+}
+
 // The names of a formula, with what their places ask for.
 export function namesOf(engine, text) {
     const formula = new engine.Formula(text, [], { allowFreeNames: true });
@@ -40,15 +51,18 @@ export function study(engine, text, values) {
         formula = new engine.Formula(text, new Map(kinds), { allowFreeNames: true });
         for (const warning of formula.warnings()) found.problems.push(problem("warning", warning));
         const missing = formula.freeNames[0];
+        const list = given.map((name) => values.get(name));
         if (missing) {
+            const number = errorNumber(engine, formula, list);
+            const told = say("noValue", missing.name);
             found.problems.unshift({
                 kind: "missing",
-                text: `${say("noValue", missing.name)} (${say("error", 0)})`,
+                text: number === null ? told : `${told} (${say("error", number)})`,
                 position: placeOfName(text, missing.name),
-                number: 0,
+                number,
             });
         } else {
-            Object.assign(found, formula.computeWithKind(given.map((name) => values.get(name))));
+            Object.assign(found, formula.computeWithKind(list));
         }
     } catch (error) {
         if (!(error instanceof engine.FormulaError)) throw error;
