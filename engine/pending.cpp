@@ -10,35 +10,36 @@
 namespace morandel {
 
 #ifdef MORANDEL_PROCESS_WIDE_STATE
-
-ArgumentStack<double>& g_NumArray() {
-    static constinit Everlasting<ArgumentStack<double>> numbers;
-    return numbers.value;
-}
-
 namespace {
 std::mutex turns;
 }
-
-void begin_turn() { turns.lock(); }
-void end_turn() { turns.unlock(); }
-
-#else
+#endif
 
 ArgumentStack<double>& g_NumArray() {
+#ifdef MORANDEL_PROCESS_WIDE_STATE
+    static constinit Everlasting<ArgumentStack<double>> numbers;
+#else
     static constinit thread_local Everlasting<ArgumentStack<double>> numbers;
     // Static objects go after what is the thread's.
     struct Release {
         ~Release() { numbers.value = {}; }
     };
     static thread_local const Release release;
+#endif
     return numbers.value;
 }
 
-void begin_turn() {}
-void end_turn() {}
-
+void begin_turn() {
+#ifdef MORANDEL_PROCESS_WIDE_STATE
+    turns.lock();
 #endif
+}
+
+void end_turn() {
+#ifdef MORANDEL_PROCESS_WIDE_STATE
+    turns.unlock();
+#endif
+}
 
 void Pending::prepare(ArgumentStack<double>& numbers) {
     // All that come after the first one that is not kept were pushed by the same evaluation.
