@@ -19,16 +19,18 @@ struct Message {
     std::string english;
 };
 
+std::vector<Message> all_messages() {
+    std::vector<Message> rows;
+    for (const morandel::ErrorText& row : morandel::error_table()) {
+        const Report report = report_of_number(static_cast<int>(row.number));
+        rows.push_back({report.number, report.message, report.english});
+    }
+    return rows;
+}
+
 // In UTF-8, made when the first is asked for.
 const Message* find_message(int number) {
-    static const morandel::Everlasting<std::vector<Message>> messages([] {
-        std::vector<Message> rows;
-        for (const morandel::ErrorText& row : morandel::error_table()) {
-            const Report report = report_of_number(static_cast<int>(row.number));
-            rows.push_back({report.number, report.message, report.english});
-        }
-        return rows;
-    }());
+    static const morandel::Everlasting<std::vector<Message>> messages(all_messages());
     for (const Message& row : messages.value) {
         if (row.number == number) return &row;
     }
