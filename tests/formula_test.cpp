@@ -469,6 +469,8 @@ TEST(Formula, SaysWhatIsRarelyMeantInTwoLanguages) {
 
 // The checker counts those of some functions alone; each is told once, by place.
 TEST(Formula, WarnsOfEveryCallOfTooFewOrTooManyArguments) {
+    EXPECT_EQ(warnings_of("sqrt(\"a\",2)"), "-1/22 @0/0+4/4, -1/24 @0/0+4/4");
+    EXPECT_EQ(warnings_of("(1)+int(1,2)+(sqrt(mod(4)))"), "-1/24 @4/4+3/3, -1/23 @19/19+3/3");
     for (const char* too_many :
          {"sqrt(1,2)", "sin(30,4)", "int(1,2)", "not(1,2)", "ln(1,2)", "strlen(\"a\",\"b\")",
           "strtrims(\"a\",1)", "s2r(\"a\",1)", "strfindn(\"a\",\"b\",3)",
