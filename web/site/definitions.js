@@ -2,7 +2,7 @@
 // order.
 
 import { readGivenValue, trim } from "./numbers.js";
-import { namesOf } from "./study.js";
+import { namesOf, prepare, tellFreeName } from "./study.js";
 import { messageOf, say } from "./words.js";
 
 const mostValues = 50;
@@ -71,13 +71,17 @@ function compute(engine, definition, byName) {
         values.set(need, other.outcome.value);
     }
     if (values.size > mostValues) return { fault: say("tooManyNames", values.size) };
-    const missing = definition.needs.find((need) => !byName.has(need));
-    if (missing) return { fault: `${say("noValue", missing)} (${say("error", 0)})` };
+    let formula;
     try {
-        return { value: engine.evaluate(definition.formula, values) };
+        let list;
+        ({ formula, list } = prepare(engine, definition.formula, definition.needs, values));
+        if (formula.freeNames.length > 0) return { fault: tellFreeName(engine, formula, list).text };
+        return { value: formula.compute(list) };
     } catch (error) {
         if (!(error instanceof engine.FormulaError)) throw error;
         return { fault: messageOf(error) };
+    } finally {
+        formula?.free();
     }
 }
 

@@ -20,23 +20,35 @@ export function placeOfName(text, name) {
     return null;
 }
 
-// The number of the error that names without a value lead to; null where they lead to none.
-function errorNumber(engine, formula, values) {
-    try {
-        formula.compute(values);
-        return null;
-    } catch (error) {
-        if (!(error instanceof engine.FormulaError)) throw error;
-        return error.number;
-    }
-}
-
 // The names of a formula, with what their places ask for.
 export function namesOf(engine, text) {
     const formula = new engine.Formula(text, [], { allowFreeNames: true });
     const names = formula.freeNames;
     formula.free();
     return names;
+}
+
+// A formula for those of the names that have a value, and a list of these; the others are free.
+export function prepare(engine, text, names, values) {
+    const given = names.filter((name) => values.has(name));
+    const list = given.map((name) => values.get(name));
+    const kinds = list.map((value) => (typeof value === "number" ? "number" : "text"));
+    const formula = new engine.Formula(text, new Map(given.map((name, index) => [name, kinds[index]])), {
+        allowFreeNames: true,
+    });
+    return { formula, list };
+}
+
+// That its first free name has no value, and the number of the error that this leads to, if it does.
+export function tellFreeName(engine, formula, list) {
+    const told = say("noValue", formula.freeNames[0].name);
+    try {
+        formula.compute(list);
+        return { text: told, number: null };
+    } catch (error) {
+        if (!(error instanceof engine.FormulaError)) throw error;
+        return { text: `${told} (${say("error", error.number)})`, number: error.number };
+    }
 }
 
 // values: a Map of names. Gives { names, value, kind, problems }, without a value where there is none.
@@ -46,20 +58,15 @@ export function study(engine, text, values) {
     let formula;
     try {
         found.names = namesOf(engine, text);
-        const given = found.names.filter(({ name }) => values.has(name)).map(({ name }) => name);
-        const kinds = given.map((n) => [n, typeof values.get(n) === "number" ? "number" : "text"]);
-        formula = new engine.Formula(text, new Map(kinds), { allowFreeNames: true });
+        let list;
+        ({ formula, list } = prepare(engine, text, found.names.map(({ name }) => name), values));
         for (const warning of formula.warnings()) found.problems.push(problem("warning", warning));
         const missing = formula.freeNames[0];
-        const list = given.map((name) => values.get(name));
         if (missing) {
-            const number = errorNumber(engine, formula, list);
-            const told = say("noValue", missing.name);
             found.problems.unshift({
                 kind: "missing",
-                text: number === null ? told : `${told} (${say("error", number)})`,
                 position: placeOfName(text, missing.name),
-                number,
+                ...tellFreeName(engine, formula, list),
             });
         } else {
             Object.assign(found, formula.computeWithKind(list));
