@@ -4,12 +4,15 @@ import { spawn } from "node:child_process";
 import { once } from "node:events";
 import { writeFileSync } from "node:fs";
 
+import { scratchFolder } from "./scratch.mjs";
+
 const elementKey = "element-6066-11e4-a52e-4f735466cecf";
 
 export const keys = { enter: "\uE007", tab: "\uE004", end: "\uE010", home: "\uE011", control: "\uE009" };
 
 async function startDriver() {
-    const driver = spawn("chromedriver", ["--port=0"], { stdio: ["ignore", "pipe", "ignore"] });
+    const env = { ...process.env, TMPDIR: scratchFolder() };
+    const driver = spawn("chromedriver", ["--port=0"], { env, stdio: ["ignore", "pipe", "ignore"] });
     let output = "";
     for await (const piece of driver.stdout) {
         output += piece;

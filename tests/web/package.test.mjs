@@ -2,8 +2,7 @@
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import { mkdirSync, mkdtempSync, readFileSync, readdirSync, symlinkSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { mkdirSync, readFileSync, readdirSync, symlinkSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 import { fileURLToPath } from "node:url";
@@ -11,12 +10,13 @@ import { gzipSync } from "node:zlib";
 
 import * as morandel from "../../build/web/package/node.js";
 import { imports, start } from "../../build/web/package/engine.js";
+import { scratchFolder } from "./scratch.mjs";
 
 const { check, columns, evaluate, Formula, FormulaError, rowStatus } = morandel;
 const folder = fileURLToPath(new URL("../../build/web/package", import.meta.url));
 
 function project() {
-    const scratch = mkdtempSync(join(tmpdir(), "morandel-"));
+    const scratch = scratchFolder();
     mkdirSync(join(scratch, "node_modules/@morandel"), { recursive: true });
     symlinkSync(folder, join(scratch, "node_modules/@morandel/engine"));
     return scratch;

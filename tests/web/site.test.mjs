@@ -3,14 +3,14 @@
 
 import assert from "node:assert/strict";
 import { execFileSync, spawnSync } from "node:child_process";
-import { mkdtempSync, readFileSync, readdirSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { readFileSync, readdirSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import { pathToFileURL } from "node:url";
 
 import { Browser, keys } from "./browser.mjs";
 import { readExpectation, sameNumber } from "./case_file.mjs";
+import { scratchFolder } from "./scratch.mjs";
 
 const folder = process.env.MORANDEL_SITE;
 const command = process.env.MORANDEL_COMMAND;
@@ -170,7 +170,7 @@ async function settled(script, wanted) {
 }
 
 function run(...args) {
-    return execFileSync(command, args, { cwd: mkdtempSync(join(tmpdir(), "morandel-")) }).toString();
+    return execFileSync(command, args, { cwd: scratchFolder() }).toString();
 }
 
 for (const language of ["en", "zh"]) {
@@ -188,7 +188,7 @@ for (const language of ["en", "zh"]) {
         }`);
         assert.deepEqual(await browser.run(texts("#result .value")), [run(state.formula, ...state.values).trim()]);
 
-        const scratch = mkdtempSync(join(tmpdir(), "morandel-"));
+        const scratch = scratchFolder();
         writeFileSync(join(scratch, "a.calc"), state.definitions);
         const lines = run("calc", join(scratch, "a.calc")).trim().split("\n");
         const shown = await browser.run(`return [...document.querySelectorAll("#variables tr")].map((row) =>
@@ -266,7 +266,7 @@ async function openWith(...pairs) {
 }
 
 function commandOf(name, content, ...args) {
-    const file = join(mkdtempSync(join(tmpdir(), "morandel-")), name);
+    const file = join(scratchFolder(), name);
     writeFileSync(file, content);
     const { status, stdout, stderr } = spawnSync(command, [name.split(".")[1], file, ...args], { encoding: "utf8" });
     return { isWell: status === 0, lines: stdout.trimEnd().split("\n"), told: stderr };
@@ -295,6 +295,14 @@ test("variables: numbers and blanks are the command's", async () => {
         await browser.open(`${site}en/index.html#${new URLSearchParams([["formula", "a"], ["value", `a=${text}`]])}`);
         assert.deepEqual(await browser.run(texts("#result .value")), [run("a", `a=${text}`).slice(0, -1)]);
     }
+});
+
+test("variables: a name without a value leads to the error that it leads to in a formula", async () => {
+    const formulas = { "a + nothing": 0, "sqrt(nothing)": 1, "mod(a, nothing)": 76, 'strcat(nothing, "a")': 52 };
+    const lines = Object.keys(formulas).map((formula, index) => `b${index} := ${formula}`);
+    await openWith(["definitions", ["a = 2", ...lines].join("\n")]);
+    const wanted = Object.values(formulas).map((number) => `nothing has no value (error ${number})`);
+    assert.deepEqual(await browser.run(texts("#variables .problem")), wanted);
 });
 
 test("variables: a graph has a place for each name of a cycle", async () => {
