@@ -1,6 +1,8 @@
 ﻿; The installer of both kinds of package, for the machine or for the user alone.
-;     makensis -DVERSION=... -DSTAGE=... -DFILES=... -DICON=... -DSIZE=... -DOUTPUT=... setup.nsi
-; STAGE holds the folders x64 and x86, FILES the macros that list what is in them.
+;     makensis -DVERSION=... -DSTAGE=... -DFILES=... -DICON=... -DSIZE=... -DOUTPUT=... \
+;         -DINTERFACE=... -DTYPE_LIBRARY=... -DCLASS=... setup.nsi
+; STAGE holds the folders x64 and x86, FILES the macros that list what is in them; the last three are
+; the identifiers of the library.
 ; Without windows: /S, with /AllUsers or /CurrentUser, /PATH for the command, /D=folder at the end.
 ; It ends with 0; 2 where it is given up; 5 where something fails; 32 where a program uses files of an
 ; older one; 740 where it is for the machine without an administrator's rights. With 2, 32 and 740 all
@@ -26,9 +28,6 @@ InstallDir ""
 
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Morandel10"
 !define CLASSES "Software\Classes"
-!define CLASS "{BD4CF43D-5C7D-4E1C-B3B0-E3796A1BC833}"
-!define TYPE_LIBRARY "{87DBCB11-BA08-4380-8638-06173CDE5481}"
-!define INTERFACE "{195C5069-9E2E-47CB-9B50-34BEABB8EF67}"
 !define GIVEN_UP 2
 !define IN_USE 32
 !define FAILED 5
