@@ -302,8 +302,8 @@ MORANDEL_API int morandel_error_position(const morandel_error* error, morandel_p
 MORANDEL_API int morandel_error_value(const morandel_error* error);
 MORANDEL_API void morandel_error_free(morandel_error* error);
 
-/* Messages of the error table by number; NULL where no error has it. They live as long as the
-   library. */
+/* Messages of the error table by number; NULL where no error has it, or where memory has run out.
+   They live as long as the library. */
 MORANDEL_API const char* morandel_message(int number, size_t* size);
 MORANDEL_API const char* morandel_english_message(int number, size_t* size);
 

@@ -197,32 +197,110 @@ test("what a call took before it failed is given back", () => {
     assert.equal(instance.exports.memory.buffer.byteLength, size);
 });
 
+// Each kind of call, and what it is to give.
+function calls(engine) {
+    const using = (text, work) => {
+        const formula = new engine.Formula(text);
+        try {
+            return work(formula);
+        } finally {
+            formula.free();
+        }
+    };
+    const label = 'strcat(name, ": ", r2s(price * 2, 2))';
+    const refused = (text) => {
+        try {
+            return engine.evaluate(text);
+        } catch (error) {
+            if (!(error instanceof engine.FormulaError)) throw error;
+            return [error.number, error.position.character];
+        }
+    };
+    const messages = () => {
+        const told = [engine.message(33), engine.chineseMessage(33)];
+        // Without memory there is none.
+        if (told.includes(null)) throw new RangeError("no message");
+        return told;
+    };
+    return [
+        [() => engine.evaluate(label, { name: "苹果", price: 1.5 }), "苹果: 3"],
+        [() => engine.evaluate("a * 2", { a: 1.5 }), 3],
+        [() => refused("(1+2"), [33, 4]],
+        [() => engine.check('1 + sqrt("a")').map(({ name, operand }) => [name, operand]), [["sqrt", 1]]],
+        [() => [...engine.columns("a / b", { a: new Float64Array([1, 2]), b: [4, 0] }).results], [0.25, 0]],
+        [() => using(label, (f) => f.textColumns({ name: ["a", "苹果"], price: 1 }).results), ["a: 2", "苹果: 2"]],
+        [() => using("1/a", (f) => f.rowError({ a: [1, 0] }, 1).number), 3],
+        [() => using('left("abcd", 2);2', (f) => f.warnings().length), 2],
+        [() => engine.functions().length > 30, true],
+        [messages, ["a ) is missing", "缺少')'"]],
+    ];
+}
+
+test("whichever allocation of the package fails, all is given back and the engine goes on", () => {
+    const { instance } = own();
+    const held = new Set();
+    let allowed = Infinity;
+    const exports = {
+        ...instance.exports,
+        malloc(size) {
+            if (--allowed < 0) return 0;
+            const pointer = instance.exports.malloc(size);
+            held.add(pointer);
+            return pointer;
+        },
+        free(pointer) {
+            held.delete(pointer);
+            instance.exports.free(pointer);
+        },
+    };
+    const engine = start({ exports });
+    for (const [call, wanted] of calls(engine)) {
+        const before = held.size;
+        let failures = 0;
+        for (let given; given === undefined; ) {
+            allowed = failures;
+            try {
+                given = call();
+            } catch (error) {
+                assert.ok(error instanceof RangeError, String(error));
+                assert.ok(++failures < 100);
+            } finally {
+                allowed = Infinity;
+            }
+            assert.equal(held.size, before, `${call}, ${failures}`);
+            assert.deepEqual(given ?? call(), wanted);
+        }
+        assert.ok(failures > 0, String(call));
+    }
+});
+
 test("memory that runs out is an error, and the engine goes on", () => {
     const { instance, engine } = own();
     const { malloc, free } = instance.exports;
-    const held = [];
-    // Memory that nobody touches costs the system nothing.
-    for (let size = 2 ** 30; size >= 64; ) {
-        const pointer = malloc(size);
-        if (pointer === 0) size /= 2;
-        else held.push(pointer);
-    }
-    const label = 'strcat(name, ": ", r2s(price * 2, 2))';
-    let failures = 0;
-    for (;;) {
-        try {
-            assert.equal(engine.evaluate(label, { name: "苹果", price: 1.5 }), "苹果: 3");
-            break;
-        } catch (error) {
-            assert.ok(error instanceof RangeError, String(error));
-            ++failures;
-            // The last ones are the smallest.
-            free(held.pop());
+    for (const [call, wanted] of calls(engine)) {
+        const held = [];
+        // Memory that nobody touches costs the system nothing.
+        for (let size = 2 ** 30; size >= 1; ) {
+            const pointer = malloc(size);
+            if (pointer === 0) size /= 2;
+            else held.push(pointer);
         }
+        let failures = 0;
+        for (let given; given === undefined; ) {
+            try {
+                given = call();
+                assert.deepEqual(given, wanted);
+            } catch (error) {
+                assert.ok(error instanceof RangeError, String(error));
+                ++failures;
+                // The last ones are the smallest.
+                free(held.pop());
+            }
+        }
+        assert.ok(failures > 0, String(call));
+        for (const pointer of held) free(pointer);
+        assert.deepEqual(call(), wanted);
     }
-    assert.ok(failures > 3, `${failures} failures`);
-    for (const pointer of held) free(pointer);
-    assert.equal(engine.evaluate("strlen(a)", { a: "abc" }), 3);
 });
 
 test("a formula that was let go of says so", () => {

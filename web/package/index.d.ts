@@ -108,7 +108,7 @@ export function columns(text: string, values: Readonly<Record<string, Column>> |
 
 /** The functions of the language, in the order people look for them. */
 export function functions(): { name: string; kinds: string; arguments: string; summary: string; example: string }[];
-/** The messages of the table of errors; null where no error has the number. */
+/** The messages of the table of errors; null where no error has the number, or memory has run out. */
 export function message(number: number): string | null;
 export function chineseMessage(number: number): string | null;
 /** Of the engine. */
