@@ -83,7 +83,7 @@ class Formula:
             if kind not in _KINDS:
                 raise ValueError(f'{name}: a kind is "number" or "text", not {kind!r}')
         told = {name: _KINDS[kind] for name, kind in self._kinds.items()}
-        self._prepared = _core.Prepared(text, told)
+        self._prepared = _core.prepare(text, told)
         self._names = {
             name: _values.TEXT if is_text else _values.NUMBER
             for name, is_text in self._prepared.names()

@@ -45,7 +45,7 @@ def _of_texts(text: str, names: "set[str]") -> List[Warning]:
         moved.append((size, part.end() - part.start() - 2))
         at = part.end()
     try:
-        told = _core.Prepared("".join(pieces) + text[at:], {}).warnings()
+        told = _core.prepare("".join(pieces) + text[at:], {}).warnings()
     except FormulaError:  # too long now
         return []
 

@@ -180,7 +180,6 @@ PYBIND11_MODULE(_core, module) {
     using namespace morandel::python;
     py::register_exception_translator(translate);
     py::class_<Prepared>(module, "Prepared")
-        .def(py::init<std::string_view, const py::dict&>())
         .def("names", &Prepared::names)
         .def("gives_text", &Prepared::gives_text)
         .def("warnings", &Prepared::warnings)
@@ -188,6 +187,10 @@ PYBIND11_MODULE(_core, module) {
         .def("compute", &Prepared::compute)
         .def("columns", &Prepared::columns)
         .def("row_errors", &Prepared::row_errors);
+    // Not the class's own call: pybind11 would end the program where memory runs out after it.
+    module.def("prepare", [](std::string_view text, const py::dict& kinds) {
+        return Prepared(text, kinds);
+    });
     module.def("numbers_of", &numbers_of);
     module.def("wrong_rows", &wrong_rows);
     module.def("functions", &functions);

@@ -16,9 +16,10 @@ MYPYPATH=$PWD mypy --python-executable /usr/bin/python3 --cache-dir "$scratch/ty
     --no-error-summary "$source_folder/tests/python/typed.py" | sed -n 's/^[^:]*typed.py:\([0-9]*\): error:.*/\1/p' >"$scratch/found" || true
 grep -n '# wrong$' "$source_folder/tests/python/typed.py" | cut -d: -f1 >"$scratch/wanted"
 [ -s "$scratch/wanted" ] && diff "$scratch/wanted" "$scratch/found"
-# The stub of the module that was built is as the module is, but for the class of pybind11's classes.
+# The stub of the module that was built is as the module is, but for the class of pybind11's classes, and
+# what they have in the place of a constructor.
 "$source_folder/scripts/python-package" "$build_folder" "$scratch/stubs"
-echo morandel._core.Prepared >"$scratch/allowed"
+printf '%s\n' morandel._core.Prepared morandel._core.Prepared.__init__ >"$scratch/allowed"
 (cd "$scratch/stubs" && MYPYPATH=$PWD /usr/bin/python3 -m mypy.stubtest --mypy-config-file "$source_folder/python/pyproject.toml" \
     --allowlist "$scratch/allowed" --concise morandel._core) >"$scratch/log" ||
     { cat "$scratch/log"; exit 1; }
