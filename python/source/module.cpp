@@ -188,9 +188,8 @@ PYBIND11_MODULE(_core, module) {
         .def("columns", &Prepared::columns)
         .def("row_errors", &Prepared::row_errors);
     // Not the class's own call: pybind11 would end the program where memory runs out after it.
-    module.def("prepare", [](std::string_view text, const py::dict& kinds) {
-        return Prepared(text, kinds);
-    });
+    module.def("prepare",
+               [](std::string_view text, const py::dict& kinds) { return Prepared(text, kinds); });
     module.def("numbers_of", &numbers_of);
     module.def("wrong_rows", &wrong_rows);
     module.def("functions", &functions);
