@@ -36,7 +36,8 @@ class Cluster:
         process = subprocess.Popen(
             [sys.executable, "-m", module, "--scheduler-file", str(self._file), "--no-dashboard",
              *options], stdout=self._log, stderr=self._log,
-            env={**os.environ, "OMP_NUM_THREADS": "1"})
+            # Without the profile that Dask keeps of the last hour, which grows until then.
+            env={**os.environ, "OMP_NUM_THREADS": "1", "DASK_DISTRIBUTED__WORKER__PROFILE__ENABLED": "False"})
         self._stack.callback(self._end, process)
         until = time.monotonic() + 60
         while kind == "scheduler" and not self._file.exists():
