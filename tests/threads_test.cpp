@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -111,6 +112,23 @@ TEST(Threads, DoNotFindWhatOthersLeft) {
 
 TEST(Threads, ANewEvaluatorForgetsNothingOfOthers) {
     EXPECT_EQ(morandel::tests::found_after_an_evaluator_of_another_thread(), 5.0);
+}
+
+// Whatever another thread did with them before.
+TEST(Threads, ListsThatShareRecordsLetGoOfThemInAnyThread) {
+    for (int pause = 0; pause < 2000; pause += 50) {
+        CVariableExpressList list;
+        list.Append(CVariableExpress::given, "a", 1.0, "");
+        auto copy = std::make_unique<CVariableExpressList>(list);
+        std::thread other([copy = std::move(copy)]() mutable {
+            EXPECT_EQ(copy->FindByNameAndGetValue("a"), 1.0);
+            copy.reset();
+        });
+        for (int i = 0; i < pause; ++i) std::this_thread::yield();
+        list.Free();
+        other.join();
+        EXPECT_EQ(list.GetHead(), nullptr);
+    }
 }
 
 // Who holds two turns waits for himself, where one waits at all.

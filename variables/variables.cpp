@@ -130,6 +130,8 @@ int CVariableExpressList::AppendString(int type, const char* name, const char* s
 
 int CVariableExpressList::Free() {
     if (m_pRecords.use_count() == 1) {
+        // To ask does not wait for what another thread did with them before it let go; to let go does.
+        std::shared_ptr(m_pRecords).reset();
         m_pRecords->clear();
     } else {
         m_pRecords = std::make_shared<RecordStore>();

@@ -70,7 +70,8 @@ class MORANDEL_EXPORT CVariableExpress {
 };
 
 // Records stay in the order they were appended; names may repeat, and the first one counts. Names
-// are compared byte for byte. A null text counts as empty.
+// are compared byte for byte. A null text counts as empty. A list serves one thread at a time, and
+// so do all copies that share its records, but for letting go of them.
 class MORANDEL_EXPORT CVariableExpressList {
   public:
     CVariableExpressList();
