@@ -50,7 +50,11 @@ extern "C" {
 #endif
 
 /* The size of a text that a NUL ends. */
+#ifdef __cplusplus
+#define MORANDEL_TERMINATED static_cast<size_t>(-1)
+#else
 #define MORANDEL_TERMINATED ((size_t)-1)
+#endif
 
 /* Types of values, names and results. */
 enum {

@@ -36,6 +36,7 @@ struct CheckexpressionError {
                           // s2r "S2R"
 };
 
+// To be destroyed as what it is: CExpress has no virtual destructor.
 class MORANDEL_EXPORT CExpressionCheck : public CExpress {
   public:
     // What an operand can be.

@@ -9,8 +9,9 @@
 // Texts are UTF-8. This header has all its code in itself, over morandel/c.h, so a host of any
 // compiler can use the same library. What fails throws Error; where memory runs out, that
 // is std::bad_alloc. Other exceptions are std::invalid_argument from compute by name where a name
-// has no value, and where a column has too few rows; and std::logic_error where a text is asked
-// for as a number, also by compute_numbers, or a number as a text.
+// has no value, and where a column has too few rows; std::length_error where there are more rows
+// than a vector can have; and std::logic_error where a text is asked for as a number, also by
+// compute_numbers, or a number as a text.
 
 #pragma once
 
@@ -524,7 +525,11 @@ class Formula {
     [[nodiscard]] double compute_slowly(const double* numbers, std::size_t count) const {
         if (numbers == nullptr) return compute(nullptr, count).number();
         std::vector<morandel_value> list;
-        for (std::size_t i = 0; i < count; ++i) list.push_back(morandel_number(numbers[i]));
+        for (std::size_t i = 0; i < count && i < morandel_formula_name_count(m_formula.get());
+             ++i) {
+            list.push_back(morandel_number(numbers[i]));
+        }
+        list.push_back({});  // so that there is a list for any count
         return compute(list.data(), count).number();
     }
     Result compute(const morandel_value* values, std::size_t count) const {
