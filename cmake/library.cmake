@@ -37,6 +37,7 @@ set(MORANDEL_SOURCES
   formula/code_page.cpp
   formula/columns.cpp
   formula/computation.cpp
+  formula/places.cpp
   formula/prepared.cpp
   formula/quick_code.cpp
   formula/recording.cpp

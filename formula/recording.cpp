@@ -39,8 +39,9 @@ bool reads_numbers(const Step& step) {
 Recording::Recording(const std::string& formula, const std::vector<std::string>& names, Kinds texts)
     : m_formula(formula), m_names(names), m_texts(texts) {
     const DefaultFloatingPoint environment;
-    Reading reading(formula, names, texts);
-    TokenReader& tokens = reading.tokens;
+    // Not on the stack, which the grammar check and the levels need.
+    const auto reading = std::make_unique<Reading>(formula, names, texts);
+    TokenReader& tokens = reading->tokens;
 
     Verdict verdict;
     int expression_status = 0;
@@ -65,9 +66,9 @@ Recording::Recording(const std::string& formula, const std::vector<std::string>&
     }
 
     tokens.seek(0);
-    tokens.get_exp(m_program, reading.registers);
-    fold_constants(reading.registers);
-    keep_constants(reading.registers);
+    tokens.get_exp(m_program, reading->registers);
+    fold_constants(reading->registers);
+    keep_constants(reading->registers);
     const Token& last = tokens.token();
     if (last.begin < formula.size()) {
         m_ignored = {last.token_class != TokenClass::end, {last.begin, formula.size()}};
@@ -184,7 +185,6 @@ Extent Recording::find_token(std::size_t begin,
 }
 
 std::vector<Extent> Recording::places_of_steps() const {
-    // Not on the stack, which the levels need.
     const auto reading = std::make_unique<Reading>(m_formula, m_names, m_texts);
     // What was read last counts for named constants, so that is read again too.
     FreeVariables().list(reading->tokens);

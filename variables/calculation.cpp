@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -192,5 +193,8 @@ class Calculation {
 }  // namespace morandel
 
 int CVariableExpressList::Cal() {
-    return morandel::Calculation(*m_pRecords, m_strError, m_nResultType).run() ? 1 : 0;
+    // Not on the stack, which the deepest formula needs.
+    const auto calculation =
+        std::make_unique<morandel::Calculation>(*m_pRecords, m_strError, m_nResultType);
+    return calculation->run() ? 1 : 0;
 }
