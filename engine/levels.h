@@ -97,17 +97,12 @@ class Levels {
     Operand level6(char prefix) {
         if (!at('(')) return primitive();
         const auto outer = m_source.open();
-        Operand value = Recorded::nothing;
-        for (std::size_t place = 0;; ++place) {
+        m_source.get_token();
+        const Operand value = level2();
+        if (prefix == 'A' && at(',')) m_recorder.first_argument(value);
+        for (std::size_t place = 0; at(','); ++place) {
             m_source.get_token();
-            const Operand argument = level2();
-            if (place == 0) {
-                value = argument;
-            } else {
-                m_recorder.further_argument(place - 1, argument);
-            }
-            if (!at(',')) break;
-            if (place == 0 && prefix == 'A') m_recorder.first_argument(value);
+            m_recorder.further_argument(place, level2());
         }
         if (!at(')')) m_source.may_miss_close(m_recorder);
         m_source.close(outer);
