@@ -1,10 +1,5 @@
-// The evaluator behind CExpress. How a formula travels:
-//
-//     text -> well-formed text ------------------> levels record a program -> a machine runs it
-//          -> tokens -> grammar -> free variables -> levels record a program -> a machine runs it
-//
-// Most formulas are well formed and have a value for each name; those are recorded while they are
-// read, and never cut into tokens.
+// The evaluator behind CExpress. Most formulas are well formed and have a value for each name; they
+// are recorded while they are read, and never cut into tokens.
 
 #pragma once
 
