@@ -1,6 +1,5 @@
 #include "arithmetic/operators.h"
 
-#include <cmath>
 #include <optional>
 
 #include "base/search.h"

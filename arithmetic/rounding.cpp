@@ -3,12 +3,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <string_view>
 
 #include "arithmetic/functions.h"
 #include "base/numbers.h"
-#include "base/value.h"
 
 namespace morandel {
 namespace {

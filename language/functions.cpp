@@ -1,14 +1,10 @@
 #include "language/functions.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstdint>
 #include <iterator>
 
 #include "base/characters.h"
 #include "language/characters.h"
-#include "language/operators.h"
 #include "language/words.h"
 
 namespace morandel {

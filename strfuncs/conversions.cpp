@@ -3,7 +3,6 @@
 #include <morandel/number_to_text.h>
 
 #include <cmath>
-#include <string_view>
 
 #include "arithmetic/functions.h"
 #include "base/floating_point.h"
