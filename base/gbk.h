@@ -1,6 +1,6 @@
 // Text of code page 936 from readable literals: gbk<U"缺少操作符"> is a std::string_view of its
 // bytes, made by the compiler, whatever the compiler's own execution character set can do. A
-// character that the table below lacks does not compile; add its row in code point order.
+// character that the table below lacks does not compile; add its row.
 
 #pragma once
 
@@ -48,12 +48,10 @@ inline constexpr GbkCharacter gbk_characters[] = {
 };
 // clang-format on
 
-static_assert(std::ranges::is_sorted(gbk_characters, {}, &GbkCharacter::unicode));
-
 constexpr std::uint16_t gbk_bytes(char32_t unicode) {
     if (unicode < 0x80) return static_cast<std::uint16_t>(unicode);
-    const auto* row = std::ranges::lower_bound(gbk_characters, unicode, {}, &GbkCharacter::unicode);
-    if (row == std::end(gbk_characters) || row->unicode != unicode) throw "not in the table";
+    const auto* row = std::ranges::find(gbk_characters, unicode, &GbkCharacter::unicode);
+    if (row == std::end(gbk_characters)) throw "not in the table";
     return row->bytes;
 }
 
