@@ -110,7 +110,7 @@ Error round_to_decimals(double& x, double decimals) {
     if (!keeps_its_nines(rest)) clean_up_nines(digits);
 
     const auto places = static_cast<std::size_t>(whole_decimals);
-    if (round_up(digits, places)) whole += whole > 0.0 || !(x < 0.0) ? 1.0 : -1.0;
+    if (round_up(digits, places)) whole += x < 0.0 ? -1.0 : 1.0;
     digits.keep(places);
     x = x < 0.0 ? whole - digits.value() : whole + digits.value();
     return Error::none;
