@@ -36,12 +36,11 @@ int Checking::CheckStringFunction(const FunctionRow& row, int kind) {
     // Of one that takes a single argument, others are neither checked nor forgotten when it ends.
     if (rule.kinds.size() > 1) {
         // Counting leaves the reading position behind the call, where the levels go on.
-        const int commas = m_face.CountCommaCheck();
-        const std::size_t required = rule.kinds.substr(0, rule.kinds.find_first_of("[*")).size();
-        const auto possible = std::ranges::count_if(rule.kinds, [](char c) { return c != '['; });
-        if (commas < static_cast<int>(required) - 1) record(rule.name, too_few, 1);
-        if (commas >= possible && !rule.kinds.ends_with('*')) record(rule.name, too_many, 0);
-        CheckParameters(row, static_cast<std::size_t>(commas));
+        const auto commas = static_cast<std::size_t>(m_face.CountCommaCheck());
+        const auto [fewest, most] = argument_counts(rule.kinds);
+        if (commas + 1 < fewest) record(rule.name, too_few, 1);
+        if (commas + 1 > most) record(rule.name, too_many, 0);
+        CheckParameters(row, commas);
         forget_arguments(commas);
     }
     if (rule.closes_step) m_face.InitStep();
@@ -60,11 +59,10 @@ void Checking::CheckParameters(const FunctionRow& row, std::size_t commas) {
     }
 }
 
-void Checking::forget_arguments(int count) {
+void Checking::forget_arguments(std::size_t count) {
     std::vector<std::uint32_t>& kinds = m_face.m_argKinds;
-    const auto wanted = static_cast<std::size_t>(count);
-    m_arguments -= std::min(wanted, m_arguments);
-    kinds.resize(kinds.size() - std::min(wanted, kinds.size()));
+    m_arguments -= std::min(count, m_arguments);
+    kinds.resize(kinds.size() - std::min(count, kinds.size()));
 }
 
 int expected_kind(const std::string& name, int index) {

@@ -74,5 +74,5 @@ void CExpressionCheck::InitStep() {
 }
 
 void CExpressionCheck::InitTempHolde(int* /*errorFlag*/, int /*count*/) {
-    m_pChecking->forget_arguments(CountCommaCheck());
+    m_pChecking->forget_arguments(static_cast<std::size_t>(CountCommaCheck()));
 }

@@ -78,7 +78,7 @@ class Checking {
     int MUL_Atith(char code, int left, int right) { return atith(code, left, right); }
     void finish(int kind) { m_face.m_resultKind = kind; }
 
-    void forget_arguments(int count);
+    void forget_arguments(std::size_t count);
 
     struct Step {
         std::uint16_t next_token = 0;

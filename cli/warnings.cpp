@@ -99,7 +99,7 @@ class Finder {
     void find_wrong_count(std::size_t index) {
         const Node& node = m_tree.nodes[index];
         const FormulaToken& token = m_tree.tokens[node.token];
-        const auto [fewest, most] = argument_counts(*token.function);
+        const auto [fewest, most] = argument_counts(token.function->kinds);
         if (node.children.size() < fewest) {
             m_explained.push_back(index);
             add(token, WarningKind::too_few, say("{0}: too few arguments", name_of(node)));

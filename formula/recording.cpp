@@ -221,7 +221,7 @@ std::vector<MiscountedCall> Recording::miscounted_calls() const {
         open.pop_back();
         const FunctionRow* row = function_of_code(function.code);
         if (row == nullptr) return false;
-        const auto [fewest, most] = argument_counts(*row);
+        const auto [fewest, most] = argument_counts(row->kinds);
         if (arguments < fewest) calls.push_back({MORANDEL_REASON_TOO_FEW, extent_of(function)});
         if (arguments > most) calls.push_back({MORANDEL_REASON_TOO_MANY, extent_of(function)});
         return false;

@@ -171,11 +171,10 @@ int FunctionRow::kind_at(std::size_t commas) const {
     return all[place] == 't' ? kind_text : kind_number;
 }
 
-ArgumentCounts argument_counts(const Function& function) {
-    const std::string_view kinds = function.kinds;
-    const std::size_t bracket = std::min(kinds.find('['), kinds.size());
-    if (kinds.ends_with('*')) return {bracket - 1, static_cast<std::size_t>(-1)};
-    return {bracket, bracket == kinds.size() ? bracket : kinds.size() - 1};
+ArgumentCounts argument_counts(std::string_view kinds) {
+    const std::size_t fewest = std::min(kinds.find_first_of("[*"), kinds.size());
+    if (kinds.ends_with('*')) return {fewest, static_cast<std::size_t>(-1)};
+    return {fewest, fewest == kinds.size() ? fewest : kinds.size() - 1};
 }
 
 Table<Function> functions() { return {public_rows.data(), public_rows.size()}; }

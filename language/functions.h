@@ -57,12 +57,12 @@ struct FunctionRow : Function {
     CheckRule check;
 };
 
-// How many arguments a call reads.
+// How many arguments a call reads, by their kinds as Function has them.
 struct ArgumentCounts {
     std::size_t fewest;
     std::size_t most;
 };
-ArgumentCounts argument_counts(const Function& function);
+ArgumentCounts argument_counts(std::string_view kinds);
 
 extern const std::array<const FunctionRow*, code_limit> function_index;
 
