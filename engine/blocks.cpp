@@ -39,7 +39,6 @@ Blocks::Blocks(const Program& program, std::span<const Constant> constants,
     : m_kernels(kernels) {
     constexpr std::size_t none = 0;
     std::vector<std::size_t> buffer_of(Registers::first_free + longest_formula + 1, none);
-    m_buffers = 1;  // the first one is the results'
     for (const Constant& constant : constants) {
         buffer_of[constant.place] = take_buffer();
         m_constants.emplace_back(buffer_of[constant.place], constant.number);

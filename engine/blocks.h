@@ -26,8 +26,8 @@ class Blocks {
     };
     struct Column {
         const double* values;
-        std::ptrdiff_t
-            stride;  // in numbers; 0 where one value, as parameters keep it, holds for all
+        // In numbers; 0 where one value, as parameters keep it, holds for all.
+        std::ptrdiff_t stride;
     };
 
     // Of a numeric program; these are all its constants.
@@ -70,7 +70,7 @@ class Blocks {
     std::vector<BlockStep> m_steps;
     std::vector<Parameter> m_parameters;
     std::vector<std::pair<std::size_t, double>> m_constants;  // by buffer
-    std::size_t m_buffers = 0;
+    std::size_t m_buffers = 1;                                // the first one is the results'
     std::vector<std::size_t> m_free_buffers;
     std::size_t m_result = 0;
 };
