@@ -17,6 +17,8 @@ using Error = ErrorNumber;
 // Both numbers of an operation must lie in the range that is computed in; a NaN does.
 inline constexpr double range_bound = 1.7e+308;
 inline bool in_range(double number) { return !(std::abs(number) > range_bound); }
+// In it, and no NaN, whose sign depends on the order of operands.
+inline bool is_ordinary(double number) { return std::abs(number) <= range_bound; }
 
 // The outputs of a level. The text lies in the formula, in a parameter or in the
 // evaluator's text arena, and lives until the next evaluation.

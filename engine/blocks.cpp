@@ -1,7 +1,6 @@
 #include "engine/blocks.h"
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 
 #include "base/value.h"
@@ -26,7 +25,7 @@ bool compute_rows(StepKind kind, char code, const double* left, const double* ri
     for (std::size_t i = 0; i < count; ++i) {
         double value = left[i];
         const Error error = function != nullptr ? function(value) : of_two(value, right[i]);
-        ordinary = ordinary && error == Error::none && std::abs(value) <= range_bound;
+        ordinary = ordinary && error == Error::none && is_ordinary(value);
         result[i] = value;
     }
     return ordinary;
@@ -128,7 +127,7 @@ bool Blocks::read(Room& room, const Parameter& parameter, std::size_t first, std
                   Values values) const {
     const Column& column = room.columns[parameter.place];
     // One value for all rows comes as parameters keep it.
-    if (column.stride == 0) return std::abs(*column.values) <= range_bound;
+    if (column.stride == 0) return is_ordinary(*column.values);
     const double*& buffer = room.buffers[parameter.buffer];
     double* const copy = room.memory(parameter.buffer);
     const double* next = column.values + static_cast<std::ptrdiff_t>(first) * column.stride;

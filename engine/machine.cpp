@@ -1,7 +1,6 @@
 #include "engine/machine.h"
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 
 #include "language/functions.h"
@@ -9,9 +8,6 @@
 
 namespace morandel {
 namespace {
-
-// Not beyond the range, and no NaN, whose sign depends on the order of operands.
-bool is_ordinary(double number) { return std::abs(number) <= range_bound; }
 
 // What no operator at hand does, by its row.
 Error compute(const Step& step, double& value, double right) {

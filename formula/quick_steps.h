@@ -33,9 +33,6 @@ struct Instruction {
 
 inline constexpr double given_up = std::numeric_limits<double>::quiet_NaN();
 
-// No NaN, whose sign depends on the order of operands.
-inline bool is_ordinary(double number) { return std::abs(number) <= range_bound; }
-
 // Compilers make a jump of it.
 inline double go_on(double value, const Instruction* at, const double* names, double* kept) {
     if (!is_ordinary(value)) return given_up;
