@@ -9,6 +9,20 @@
 
 namespace morandel {
 
+void Checking::open_step() {
+    ++m_face.m_depth;
+    const auto step = static_cast<std::size_t>(++m_face.m_step);
+    if (step >= m_positions.size()) m_positions.resize(step + 1);
+    m_positions[step] = {m_tokens.tell(), token().end};
+}
+
+void Checking::further_argument(std::size_t place, int kind) {
+    ++m_face.m_tokenCount;
+    m_comma_marks.set(place);
+    ++m_arguments;
+    m_face.m_argKinds.push_back(static_cast<std::uint32_t>(kind));
+}
+
 int Checking::atith(char code, int left, int right) {
     const Operator& row = *operator_of_code(code);
     const int expected = row.texts != nullptr ? kind_text : kind_number;

@@ -67,12 +67,7 @@ class Checking {
         return code;
     }
     void first_argument(int /*kind*/) {}
-    void further_argument(std::size_t place, int kind) {
-        ++m_face.m_tokenCount;
-        m_comma_marks.set(place);
-        ++m_arguments;
-        m_face.m_argKinds.push_back(static_cast<std::uint32_t>(kind));
-    }
+    void further_argument(std::size_t place, int kind);
     int end_call(int kind, char code);
     int atith(char code, int left, int right);
     int MUL_Atith(char code, int left, int right) { return atith(code, left, right); }
@@ -92,13 +87,9 @@ class Checking {
     std::bitset<longest_formula> m_comma_marks;  // by place of the argument
 
   private:
-    // At the token in hand.
-    void open_step() {
-        ++m_face.m_depth;
-        const auto step = static_cast<std::size_t>(++m_face.m_step);
-        if (step >= m_positions.size()) m_positions.resize(step + 1);
-        m_positions[step] = {m_tokens.tell(), token().end};
-    }
+    // At the token in hand. What makes lists longer stands apart from the levels, which call one
+    // another for each parenthesis, so that they need no more stack for it.
+    void open_step();
     void record(std::string_view name, int type, int index) {
         const auto step = static_cast<std::size_t>(m_face.m_step);
         m_face.m_current = {type, m_positions[step].position, index, std::string(name)};
