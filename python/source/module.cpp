@@ -34,9 +34,24 @@ std::vector<Source> sources_of(const py::sequence& values) {
     return sources;
 }
 
+// What a formula has in quotes, one after the other.
+std::string literals_of(std::string_view formula) {
+    std::string all;
+    bool is_quoted = false;
+    for (const char c : formula) {
+        if (c == '"') {
+            is_quoted = !is_quoted;
+        } else if (is_quoted) {
+            all += c;
+        }
+    }
+    return all;
+}
+
 class Prepared {
   public:
-    Prepared(std::string_view text, const py::dict& kinds) : m_formula(text) {
+    Prepared(std::string_view text, const py::dict& kinds)
+        : m_formula(text), m_literals(literals_of(text)) {
         std::vector<Name> names = m_formula.names();
         for (Name& name : names) {
             if (kinds.contains(name.text))
@@ -56,14 +71,16 @@ class Prepared {
     // What the formula gives cannot be read off its text, so it is computed for values that most
     // formulas take.
     [[nodiscard]] bool gives_text() const {
-        static constexpr std::string_view few = "1";
-        static constexpr std::string_view many = "2026-01-02,abc;def 12.5/xyz:0123456789";
+        const std::string many = "2026-01-02,abc;def 12.5/xyz:0123456789";
+        // With what the formula looks for in it, twice, and long.
+        const std::string own =
+            many + m_literals + many + m_literals + std::string(200, 'x') + many;
         const std::vector<Name> names = m_formula.names();
         const detail::Owned<morandel_result> result(morandel_result_create());
         if (!result) throw std::bad_alloc();
-        for (const std::string_view text : {few, many, std::string_view()}) {
+        for (const std::string& text : {std::string("1"), many, own, std::string()}) {
             for (const double number :
-                 {1.0, 0.5, 2.0, 0.0, 10.0, 100.0, -1.0, 2000.0, 1e6, -1000.0}) {
+                 {1.0, 0.5, 2.0, 0.0, 10.0, 100.0, -1.0, 2000.0, 1e6, -1000.0, 1e9, -1e9}) {
                 std::vector<morandel_value> values;
                 for (const Name& name : names) {
                     values.push_back(name.kind == Kind::text
@@ -149,6 +166,7 @@ class Prepared {
 
   private:
     Formula m_formula;
+    std::string m_literals;
 };
 
 // A C++ FormulaError becomes the package's.

@@ -230,3 +230,21 @@ def test_the_names_of_things():
     assert repr(morandel.Formula("a", {"a": "text"})) == "Formula('a', {'a': 'text'})"
     assert morandel.Formula(" a+1").text == " a+1"
     assert morandel.__version__.count(".") == 2
+
+
+@pytest.mark.parametrize(
+    "text, values, result",
+    [
+        ('strsub(email, strfind("@", email, 1), -1)', {"email": "ann@example.org"}, "@example.org"),
+        ('strsub(s, strfind("(", s, 1) + 1, 3)', {"s": "a(bcd)"}, "bcd"),
+        ("strsub(s, strlen(s) - 60, 5)", {"s": "abcdefgh" * 10}, None),
+        ("r2s(sqrt(n - 5000000), 2)", {"n": 5000004.0}, "2"),
+        ("r2s(ln(0 - n - 5000), 2)", {"n": -5001.0}, "0"),
+    ],
+)
+def test_a_formula_that_few_values_suit_gives_a_text_too(text, values, result):
+    formula = morandel.Formula(text)
+    assert formula.kind == "text"
+    given = formula(**values)
+    assert result is None or given == result
+    assert list(formula(**{name: [value] for name, value in values.items()})) == [given]
