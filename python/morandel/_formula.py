@@ -9,7 +9,7 @@ from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple, Union
 import numpy as np
 
 from . import _core, _index, _titles, _values, _warnings
-from ._errors import Fault, FormulaError, Position, Warning
+from ._errors import Fault, FormulaError, Position, Told, Warning
 
 if TYPE_CHECKING:
     from typing import Literal
@@ -17,6 +17,8 @@ if TYPE_CHECKING:
     OnError = Literal["raise", "nan", "collect"]
 
 _KINDS = {_values.NUMBER: 1, _values.TEXT: 2}
+# Of a row that failed and does not when its error is asked for.
+_CHANGED: Told = (-1, 0, "值在计算时改变", "the values changed while they were computed", None, -1)
 
 
 def check_on_error(on_error: str) -> None:
@@ -250,7 +252,7 @@ class Formula:
     def _errors(self, sources: Tuple[Any, ...], rows: List[int]) -> List[FormulaError]:
         names = tuple(self._names)
         told = self._prepared.row_errors(sources, rows, self._gives_text)
-        return [FormulaError._of(one, names, row) for one, row in zip(told, rows) if one]
+        return [FormulaError._of(one or _CHANGED, names, row) for one, row in zip(told, rows)]
 
     def __repr__(self) -> str:
         kinds = f", {self._kinds!r}" if self._kinds else ""

@@ -30,15 +30,20 @@ bool may_have_nan(const double* numbers, std::size_t count) {
 
 constexpr std::size_t rows_between_signals = 65536;
 
+// Held, since what an object does when it is asked for its number may take it off the array.
+py::object object_at(const char* place) {
+    PyObject* object = nullptr;
+    std::memcpy(&object, place, sizeof object);
+    return py::reinterpret_borrow<py::object>(object == nullptr ? Py_None : object);
+}
+
 template <class Work>
 void each_object(const py::array& objects, const Work& work) {
     const char* first = static_cast<const char*>(objects.data());
     const std::ptrdiff_t stride = objects.strides(0);
     for (std::size_t row = 0; row < static_cast<std::size_t>(objects.size()); ++row) {
         if (row % rows_between_signals == 0) end_if_interrupted();
-        PyObject* object = nullptr;
-        std::memcpy(&object, first + static_cast<std::ptrdiff_t>(row) * stride, sizeof object);
-        work(row, object == nullptr ? Py_None : object);
+        work(row, object_at(first + static_cast<std::ptrdiff_t>(row) * stride).ptr());
     }
 }
 
@@ -169,12 +174,6 @@ const char* Source::at(std::size_t row) const {
     return m_data + static_cast<std::ptrdiff_t>(row) * m_stride;
 }
 
-PyObject* Source::object(std::size_t row) const {
-    PyObject* object = nullptr;
-    std::memcpy(&object, at(row), sizeof object);
-    return object == nullptr ? Py_None : object;
-}
-
 bool Source::is_plain_column() const {
     return m_stride == static_cast<std::ptrdiff_t>(sizeof(double)) &&
            reinterpret_cast<std::uintptr_t>(m_data) % alignof(double) == 0;
@@ -214,9 +213,9 @@ bool Source::mark_missing(std::size_t begin, std::vector<unsigned char>& missing
         }
         case Kind::objects:
             mark([this](std::size_t row) {
-                PyObject* value = object(row);
-                if (PyUnicode_Check(value)) return false;
-                if (!is_missing(value)) refuse("text", value, row);
+                const py::object value = object_at(at(row));
+                if (py::isinstance<py::str>(value)) return false;
+                if (!is_missing(value.ptr())) refuse("text", value.ptr(), row);
                 return true;
             });
             return any;
@@ -228,11 +227,14 @@ bool Source::mark_missing(std::size_t begin, std::vector<unsigned char>& missing
 }
 
 void Source::append_text(std::size_t row, std::string& bytes) const {
-    if (m_kind == Kind::objects) {
-        append_utf8(object(row), bytes);
-    } else {
+    if (m_kind == Kind::categories) {
         bytes += m_categories[category(row)];
+        return;
     }
+    // Signal handlers and threads may have put something else there since it was looked at.
+    const py::object value = object_at(at(row));
+    if (!py::isinstance<py::str>(value)) refuse("text", value.ptr(), row);
+    append_utf8(value.ptr(), bytes);
 }
 
 morandel_column Source::single(std::size_t row, std::string& room) const {

@@ -49,7 +49,6 @@ class Source {
 
     [[nodiscard]] bool is_plain_column() const;
     [[nodiscard]] const char* at(std::size_t row) const;
-    [[nodiscard]] PyObject* object(std::size_t row) const;
     [[nodiscard]] std::size_t category(std::size_t row) const;
     void append_text(std::size_t row, std::string& bytes) const;
     void read_array(const py::array& array);
