@@ -38,10 +38,12 @@ def _add_to_part(
     order: List[str],
     on_error: OnError,
     origin: Optional[str],
-    partition_info: Optional[Dict[str, Any]] = None,
+    partition_info: Any = None,
 ) -> Any:
     """Errors tell the partition where no column tells more."""
-    number = None if partition_info is None else partition_info.get("number")
+    # A client in one process hands it over in a wrapping, which has it as its data.
+    info = getattr(partition_info, "data", partition_info)
+    number = info.get("number") if isinstance(info, dict) else None
     try:
         return add_columns(df, formulas, order, on_error, origin)
     except FormulaError as error:

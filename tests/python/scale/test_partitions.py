@@ -2,6 +2,8 @@
 
 import dask.dataframe
 import pandas
+import pytest
+from distributed import Client
 
 import morandel
 
@@ -13,6 +15,14 @@ def of_dask(columns):
 def test_columns_that_were_unpickled():
     made = of_dask({"x": [1.0, 2.0, 4.0]}).pipe(morandel.add, y="x * 2")
     assert made.compute(scheduler="processes").y.tolist() == [2, 4, 8]
+
+
+def test_a_client_in_this_process():
+    shares = of_dask({"x": [1.0, 0.0]}).pipe(morandel.add, y="1 / x", on_error="nan")
+    with Client(processes=False, n_workers=1, dashboard_address=None):
+        assert shares.compute().y.isna().tolist() == [False, True]
+        with pytest.raises(morandel.FormulaError, match="of partition 1"):
+            of_dask({"x": [1.0, 0.0]}).pipe(morandel.add, y="1 / x").compute()
 
 
 def test_a_name_alone_is_what_its_column_is():
