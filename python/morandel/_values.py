@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import math
-import numbers
 from typing import Any, Dict, List, NamedTuple, Optional, Tuple
 
 import numpy as np
@@ -35,12 +34,6 @@ def is_series(value: Any) -> bool:
     return hasattr(value, "dtype") and hasattr(value, "index") and hasattr(value, "array")
 
 
-def is_missing(value: Any) -> bool:
-    if value is None or value is np.ma.masked or type(value).__name__ in ("NAType", "NaTType"):
-        return True
-    return isinstance(value, numbers.Number) and bool(value != value)
-
-
 def _wrong_kind(name: str, wanted: str, given: Any) -> TypeError:
     advice = f'kinds={{"{name}": "{TEXT}"}} takes it for one'
     if wanted == TEXT:
@@ -50,22 +43,19 @@ def _wrong_kind(name: str, wanted: str, given: Any) -> TypeError:
 
 
 def _scalar(name: str, value: Any, kind: str) -> Column:
-    if is_missing(value):
-        return Column(math.nan if kind == NUMBER else "", (), True)
     if isinstance(value, str):
         if kind == NUMBER:
             raise _wrong_kind(name, kind, "a text")
         return Column(str(value), ())
-    if not isinstance(value, numbers.Number) and not hasattr(value, "__float__"):
-        raise TypeError(f"{name}: no number, text or column: {type(value).__name__}")
+    try:
+        number = _core.number_of(value)
+    except (TypeError, ValueError) as problem:
+        raise named_error(problem, f"{name}: {problem}") from None
+    if math.isnan(number):
+        return Column(math.nan if kind == NUMBER else "", (), True)
     if kind == TEXT:
         raise _wrong_kind(name, kind, "a number")
-    try:
-        return Column(float(value), ())
-    except OverflowError:
-        raise ValueError(f"{name}: the number is too large") from None
-    except TypeError:
-        raise TypeError(f"{name}: no number, text or column: {type(value).__name__}") from None
+    return Column(number, ())
 
 
 def _categories(name: str, categories: Any, codes: Any, kind: str, wrong: Optional[Wrong]) -> Any:
@@ -154,7 +144,7 @@ def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
     array = value if isinstance(value, np.ndarray) else _array_of_list(value)
     array = _without_mask(array) if isinstance(array, np.ma.MaskedArray) else np.asarray(array)
     if array.ndim == 0:
-        return _scalar(name, array.item(), kind)
+        return _scalar(name, array[()], kind)
     flat = array if array.ndim == 1 else array.reshape(-1)
     return Column(_flat(name, flat, kind, wrong), array.shape, False, kind, wrong)
 
@@ -195,14 +185,14 @@ def kind_of(value: Any) -> Optional[str]:
             return TEXT if str(value.dtype).startswith("string") else NUMBER
     elif isinstance(value, (list, tuple)):
         value = _array_of_list(value)
-    if not isinstance(value, np.ndarray) or is_missing(value):
-        return None if is_missing(value) else NUMBER
+    if not isinstance(value, np.ndarray) or _core.is_missing(value):
+        return None if _core.is_missing(value) else NUMBER
     if value.dtype.kind == "U":
         return TEXT
     if value.dtype.kind != "O":
         return NUMBER
     for item in value.flat:
-        if not is_missing(item):
+        if not _core.is_missing(item):
             return TEXT if isinstance(item, str) else NUMBER
     return None
 

@@ -208,6 +208,8 @@ PYBIND11_MODULE(_core, module) {
     // Not the class's own call: pybind11 would end the program where memory runs out after it.
     module.def("prepare",
                [](std::string_view text, const py::dict& kinds) { return Prepared(text, kinds); });
+    module.def("is_missing", [](const py::object& value) { return is_missing(value.ptr()); });
+    module.def("number_of", &number_of);
     module.def("numbers_of", &numbers_of);
     module.def("wrong_rows", &wrong_rows);
     module.def("functions", &functions);

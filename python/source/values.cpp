@@ -49,10 +49,23 @@ void each_object(const py::array& objects, const Work& work) {
 
 enum class Reading { number, too_large, other };
 
+// NumPy converts dates, durations, complex numbers and texts as well.
+bool is_other_of_numpy(PyObject* object) {
+    if (PyFloat_Check(object) ||
+        !std::string_view(Py_TYPE(object)->tp_name).starts_with("numpy.")) {
+        return false;
+    }
+    const py::object type = py::getattr(object, "dtype", py::none());
+    if (type.is_none()) return false;
+    const auto kind = type.attr("kind").cast<std::string>();
+    return std::string_view("biufO").find(kind) == std::string_view::npos;
+}
+
 // A missing value is a NaN. Exceptions of an object's own pass through.
 Reading read_number(PyObject* object, double& number) {
     number = NAN;
     if (is_missing(object)) return Reading::number;
+    if (is_other_of_numpy(object)) return Reading::other;
     number = PyFloat_AsDouble(object);
     if (number != -1.0 || PyErr_Occurred() == nullptr) return Reading::number;
     const bool is_other = PyErr_ExceptionMatches(PyExc_TypeError) != 0;
@@ -83,12 +96,33 @@ bool is_missing(PyObject* object) {
     const std::string_view type = Py_TYPE(object)->tp_name;
     if (type.starts_with("numpy.float") || type == "decimal.Decimal") {
         const double number = PyFloat_AsDouble(object);
-        PyErr_Clear();
-        return std::isnan(number);
+        if (PyErr_Occurred() == nullptr) return std::isnan(number);
+        PyErr_Clear();  // a NaN that signals
+        return true;
+    }
+    if (type == "numpy.datetime64" || type == "numpy.timedelta64") {
+        // Alone NaT differs from itself; pybind11's own comparison says that nothing does.
+        const auto differs =
+            py::reinterpret_steal<py::object>(PyObject_RichCompare(object, object, Py_NE));
+        if (!differs) throw py::error_already_set();
+        return differs.cast<bool>();
     }
     return type == "NAType" || type == "NaTType" || type == "MaskedConstant" ||
            type.ends_with(".NAType") || type.ends_with(".NaTType") ||
            type.ends_with(".MaskedConstant");
+}
+
+double number_of(const py::object& object) {
+    double number = 0.0;
+    switch (read_number(object.ptr(), number)) {
+        case Reading::too_large:
+            throw py::value_error("the number is too large");
+        case Reading::other:
+            throw py::type_error("no number, text or column: " +
+                                 std::string(Py_TYPE(object.ptr())->tp_name));
+        default:
+            return number;
+    }
 }
 
 py::array_t<double> numbers_of(const py::array& objects) {

@@ -67,6 +67,10 @@ class Source {
 // None, NaN, and what pandas has for it.
 bool is_missing(PyObject* object);
 
+// A number of any kind as a double. Throws TypeError for something else, ValueError where it is too
+// large.
+double number_of(const py::object& object);
+
 // Numbers of all kinds and missing values, as doubles. Throws TypeError with the row where there is
 // something else, ValueError where a number is too large.
 py::array_t<double> numbers_of(const py::array& objects);

@@ -1,0 +1,65 @@
+"""What is taken for a number, a text or a missing value, alone and in a cell."""
+
+import datetime
+import decimal
+import math
+
+import numpy as np
+import pandas
+import pytest
+
+import morandel
+
+DOUBLE = morandel.Formula("x * 2")
+LENGTH = morandel.Formula("strlen(s)")
+
+
+def cell(value):
+    """A column of that one value, as NumPy does not look into it."""
+    cells = np.empty(1, dtype=object)
+    cells[0] = value
+    return cells
+
+
+@pytest.mark.parametrize(
+    "value",
+    [
+        np.datetime64("2020-01-01", "ns"),
+        np.timedelta64(5, "ns"),
+        np.complex128(1 + 2j),
+        np.complex64(1),
+        np.bytes_(b"12"),
+        b"12",
+        datetime.date(2020, 1, 1),
+    ],
+    ids=repr,
+)
+def test_what_is_neither_a_number_nor_a_text(value):
+    for given in (value, np.array(value), cell(value)):
+        with pytest.raises(TypeError, match="^x: "):
+            DOUBLE(x=given)
+        with pytest.raises(TypeError):
+            LENGTH(s=given)
+    results, errors = DOUBLE(x=np.append(cell(value), cell(2)), on_error="collect")
+    assert math.isnan(results[0]) and results[1] == 4 and len(errors) == 1
+
+
+def test_a_text_of_numpy_is_no_number():
+    with pytest.raises(TypeError, match="x: row 0: a number is needed, not numpy.str_"):
+        DOUBLE(x=cell(np.str_("12")))
+
+
+@pytest.mark.parametrize(
+    "value", [np.datetime64("NaT"), np.timedelta64("NaT"), decimal.Decimal("sNaN"), pandas.NaT], ids=repr
+)
+def test_what_is_missing(value):
+    for given in (value, cell(value)):
+        assert np.isnan(DOUBLE(x=given)).all() and np.isnan(LENGTH(s=given)).all()
+
+
+def test_an_object_that_has_an_index_is_a_number():
+    class Three:
+        def __index__(self):
+            return 3
+
+    assert DOUBLE(x=Three()) == 6 and DOUBLE(x=cell(Three())).tolist() == [6]
