@@ -46,7 +46,7 @@ def _scalar(name: str, value: Any, kind: str) -> Column:
     if isinstance(value, str):
         if kind == NUMBER:
             raise _wrong_kind(name, kind, "a text")
-        return Column(str(value), ())
+        return Column(value, ())
     try:
         number = _core.number_of(value)
     except (TypeError, ValueError) as problem:

@@ -2,6 +2,7 @@
 
 import datetime
 import decimal
+import enum
 import math
 
 import numpy as np
@@ -63,3 +64,12 @@ def test_an_object_that_has_an_index_is_a_number():
             return 3
 
     assert DOUBLE(x=Three()) == 6 and DOUBLE(x=cell(Three())).tolist() == [6]
+
+
+def test_a_text_of_another_class_is_its_content():
+    class Unit(str, enum.Enum):
+        KG = "kg"
+
+    call = morandel.Formula('strcat(s, "!")')
+    assert call(s=Unit.KG) == "kg!" and call(s=[Unit.KG]).tolist() == ["kg!"]
+    assert morandel.evaluate("unit", unit=Unit.KG) == "kg"
