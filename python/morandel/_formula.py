@@ -226,7 +226,7 @@ class Formula:
         """Names and kinds; a formula that is nothing but a name takes whatever there is."""
         if self._is_alone():
             name = next(iter(self._names))
-            return [(name, _values.kind_of(given[0]) or _values.NUMBER)]
+            return [(name, _values.kind_of(name, given[0]) or _values.NUMBER)]
         return list(self._names.items())
 
     def _for(self, given: List[Any]) -> Formula:

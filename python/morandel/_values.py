@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import math
-from typing import Any, Dict, List, NamedTuple, Optional, Tuple
+from typing import Any, Dict, Iterator, List, NamedTuple, Optional, Tuple
 
 import numpy as np
 
@@ -138,10 +138,9 @@ def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
         return Column(source, (len(value),), False, kind, wrong)
     if value is np.ma.masked:
         return _scalar(name, None, kind)
-    if isinstance(value, (str, bytes)) or not hasattr(value, "__len__"):
-        if not (isinstance(value, np.ndarray) and value.ndim == 0):
-            return _scalar(name, value, kind)
-    array = value if isinstance(value, np.ndarray) else _array_of_list(value)
+    if _is_scalar(value):
+        return _scalar(name, value, kind)
+    array = value if isinstance(value, np.ndarray) else _array_of_list(name, value)
     array = _without_mask(array) if isinstance(array, np.ma.MaskedArray) else np.asarray(array)
     if array.ndim == 0:
         return _scalar(name, array[()], kind)
@@ -149,17 +148,41 @@ def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
     return Column(_flat(name, flat, kind, wrong), array.shape, False, kind, wrong)
 
 
-def _array_of_list(values: Any) -> Any:
-    """A list of texts stays what it is; NumPy would make texts of one length of them."""
-    values = [None if value is np.ma.masked else value for value in values]
-    if any(isinstance(value, str) or value is None for value in values):
-        array = np.empty(len(values), dtype=object)
-        array[:] = values
-        return array
-    if any(isinstance(value, np.ma.MaskedArray) for value in values):
-        stack: Any = np.ma.MaskedArray
-        return stack(values)
-    return np.asarray(values)
+def _is_scalar(value: Any) -> bool:
+    return isinstance(value, (str, bytes, bytearray)) or not hasattr(value, "__len__")
+
+
+def _array_of_list(name: str, values: Any) -> Any:
+    """A list of texts stays what it is; NumPy would make texts of one length of all that is in it."""
+    values = _without_masked(values)
+    try:
+        if any(isinstance(value, str) or value is None for value in _in_lists(values)):
+            return np.array(values, dtype=object)
+        if any(isinstance(value, np.ma.MaskedArray) for value in values):
+            stack: Any = np.ma.MaskedArray
+            return stack(values)
+        return np.asarray(values)
+    except ValueError as problem:
+        raise ValueError(f"{name}: lists of different lengths: {problem}") from None
+
+
+def _without_masked(values: Any) -> List[Any]:
+    return [
+        None
+        if value is np.ma.masked
+        else _without_masked(value)
+        if isinstance(value, (list, tuple))
+        else value
+        for value in values
+    ]
+
+
+def _in_lists(values: List[Any]) -> Iterator[Any]:
+    for value in values:
+        if isinstance(value, list):
+            yield from _in_lists(value)
+        else:
+            yield value
 
 
 def _without_mask(array: Any) -> Any:
@@ -172,7 +195,7 @@ def _without_mask(array: Any) -> Any:
     return plain
 
 
-def kind_of(value: Any) -> Optional[str]:
+def kind_of(name: str, value: Any) -> Optional[str]:
     """Of a value whose name stands alone in its formula, so that nothing asks for one kind."""
     if isinstance(value, str):
         return TEXT
@@ -184,7 +207,7 @@ def kind_of(value: Any) -> Optional[str]:
         else:
             return TEXT if str(value.dtype).startswith("string") else NUMBER
     elif isinstance(value, (list, tuple)):
-        value = _array_of_list(value)
+        value = _array_of_list(name, value)
     if not isinstance(value, np.ndarray) or _core.is_missing(value):
         return None if _core.is_missing(value) else NUMBER
     if value.dtype.kind == "U":

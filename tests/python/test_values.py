@@ -73,3 +73,27 @@ def test_a_text_of_another_class_is_its_content():
     call = morandel.Formula('strcat(s, "!")')
     assert call(s=Unit.KG) == "kg!" and call(s=[Unit.KG]).tolist() == ["kg!"]
     assert morandel.evaluate("unit", unit=Unit.KG) == "kg"
+
+
+def test_lists_of_lists_are_as_lists():
+    call = morandel.Formula('strcat(s, "!")')
+    assert call(s=[["a", math.nan], ["b", "c"]]).tolist() == [["a!", None], ["b!", "c!"]]
+    assert call(s=(("a", np.ma.masked), ["b", None])).tolist() == [["a!", None], ["b!", None]]
+    with pytest.raises(TypeError, match="row 1: a text is needed, not int"):
+        LENGTH(s=[["ab", 1234567], ["c", "d"]])
+    with pytest.raises(TypeError, match="x: row 2: a number is needed, not str"):
+        DOUBLE(x=[[1, 2], ["3", 4]])
+    assert np.isnan(DOUBLE(x=[[1, np.ma.masked], [3, 4]])).tolist() == [[False, True], [False, False]]
+
+
+def test_lists_of_different_lengths_are_named():
+    with pytest.raises(ValueError, match="^x: lists of different lengths"):
+        DOUBLE(x=[[1, 2], [3]])
+    with pytest.raises(ValueError, match="^x: lists of different lengths"):
+        morandel.Formula("x")(x=[[1, 2], [3]])
+
+
+@pytest.mark.parametrize("value", [b"12", bytearray(b"12")])
+def test_bytes_are_no_column(value):
+    with pytest.raises(TypeError, match="x: no number, text or column: byte"):
+        DOUBLE(x=value)
