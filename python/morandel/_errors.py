@@ -108,8 +108,10 @@ class FormulaError(ValueError):
 
 
 def named_error(problem: Exception, text: str) -> Exception:
-    """Of the same kind; others of Python's own take more than a text."""
-    return TypeError(text) if isinstance(problem, TypeError) else ValueError(text)
+    """Of the same kind, about the same row; others of Python's own take more than a text."""
+    named = TypeError(text) if isinstance(problem, TypeError) else ValueError(text)
+    named.__dict__.update(vars(problem))
+    return named
 
 
 def _rebuilt(cls: type, english: str, state: Any) -> FormulaError:

@@ -95,10 +95,11 @@ def _flat(name: str, array: Any, kind: str, wrong: Optional[Wrong]) -> Any:
             wrong.update((row, array[row]) for row in rows)
             array = array.copy()
             array[rows] = None
-    if kind == TEXT:
-        return array
     try:
-        return _core.numbers_of(array)
+        if kind == NUMBER:
+            return _core.numbers_of(array)
+        _core.check_texts(array)
+        return array
     except (TypeError, ValueError) as problem:
         raise named_error(problem, f"{name}: {problem}") from None
 

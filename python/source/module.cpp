@@ -211,6 +211,7 @@ PYBIND11_MODULE(_core, module) {
     module.def("is_missing", [](const py::object& value) { return is_missing(value.ptr()); });
     module.def("number_of", &number_of);
     module.def("numbers_of", &numbers_of);
+    module.def("check_texts", &check_texts);
     module.def("wrong_rows", &wrong_rows);
     module.def("functions", &functions);
     module.def("version", &morandel_version);

@@ -11,9 +11,20 @@
 namespace morandel::python {
 namespace {
 
+// An exception of Python's that has the row as an attribute too.
+[[noreturn]] void fail(PyObject* type, std::size_t row, const std::string& what) {
+    const py::str text("row " + std::to_string(row) + ": " + what);
+    const auto error = py::reinterpret_steal<py::object>(PyObject_CallOneArg(type, text.ptr()));
+    if (error) {
+        error.attr("row") = row;
+        PyErr_SetObject(type, error.ptr());
+    }
+    throw py::error_already_set();
+}
+
 [[noreturn]] void refuse(const char* wanted, PyObject* object, std::size_t row) {
-    throw py::type_error("row " + std::to_string(row) + ": a " + wanted + " is needed, not " +
-                         Py_TYPE(object)->tp_name);
+    fail(PyExc_TypeError, row,
+         std::string("a ") + wanted + " is needed, not " + Py_TYPE(object)->tp_name);
 }
 
 // Whether there may be a NaN. Nought times a NaN or an infinity is a NaN, and so is any sum with
@@ -133,12 +144,18 @@ py::array_t<double> numbers_of(const py::array& objects) {
             case Reading::number:
                 return;
             case Reading::too_large:
-                throw py::value_error("row " + std::to_string(row) + ": the number is too large");
+                fail(PyExc_ValueError, row, "the number is too large");
             case Reading::other:
                 refuse("number", object, row);
         }
     });
     return numbers;
+}
+
+void check_texts(const py::array& objects) {
+    each_object(objects, [](std::size_t row, PyObject* object) {
+        if (!PyUnicode_Check(object) && !is_missing(object)) refuse("text", object, row);
+    });
 }
 
 std::vector<std::size_t> wrong_rows(const py::array& objects, bool wants_text) {

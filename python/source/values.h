@@ -75,7 +75,10 @@ double number_of(const py::object& object);
 // something else, ValueError where a number is too large.
 py::array_t<double> numbers_of(const py::array& objects);
 
-// The rows for which that, or a column of texts, would throw.
+// Throws TypeError with the row where there is something else than texts and missing values.
+void check_texts(const py::array& objects);
+
+// The rows for which the one or the other would throw.
 std::vector<std::size_t> wrong_rows(const py::array& objects, bool wants_text);
 
 }  // namespace morandel::python

@@ -97,3 +97,8 @@ def test_lists_of_different_lengths_are_named():
 def test_bytes_are_no_column(value):
     with pytest.raises(TypeError, match="x: no number, text or column: byte"):
         DOUBLE(x=value)
+
+
+def test_a_cell_of_the_wrong_kind_is_named():
+    with pytest.raises(TypeError, match="^u: row 1: a text is needed, not int"):
+        morandel.Formula("strcat(s, u)")(s=["a", "b"], u=["a", 5])
