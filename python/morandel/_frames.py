@@ -155,7 +155,9 @@ def add_columns(
         except FormulaError as error:
             raise _placed(error, name, df, origin) from None
         except (TypeError, ValueError) as problem:
-            raise named_error(problem, f"{name}: {problem}") from None
+            row = getattr(problem, "row", None)
+            place = "" if row is None or origin is None else f", in {df[origin].iloc[row]}"
+            raise named_error(problem, f"{name}: {problem}{place}") from None
         if on_error == "collect":
             result, found = result
             errors += ((name, _placed(error, name, df, origin)) for error in found)

@@ -134,6 +134,15 @@ def test_errors_of_new_columns(frame):
     assert len(errors) == 0 and list(errors)[-1] == "error_position"
 
 
+def test_a_cell_of_the_other_kind_is_told_with_its_origin():
+    frame = pandas.DataFrame({"a": [1, "x"], "s": ["u", 5], "path": ["one.csv", "two.csv"]})
+    for formula in ("a * 2", "strlen(s)"):
+        with pytest.raises(TypeError, match="^b: .: row 1: .*, in two.csv$"):
+            morandel.add(frame, b=formula, origin="path")
+    with pytest.raises(TypeError, match="not str$"):
+        morandel.add(frame, b="a * 2")
+
+
 def test_a_cell_of_the_other_kind_is_a_failure_of_its_row():
     frame = pandas.DataFrame({"a": [1, "x", None]}, index=["p", "q", "r"])
     made, errors = morandel.add(frame, b="a * 2", on_error="collect")
