@@ -8,7 +8,7 @@ from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple, Union
 
 import numpy as np
 
-from . import _core, _index, _titles, _values, _warnings
+from . import _arrays, _core, _index, _titles, _values, _warnings
 from ._errors import Fault, FormulaError, Position, Told, Warning
 
 if TYPE_CHECKING:
@@ -209,10 +209,10 @@ class Formula:
             return named[name]
         if values is None:
             raise TypeError(f"no value for {name}")
-        if hasattr(values, "columns"):
+        if _arrays.is_frame(values):
             title = _titles.find(name, values.columns)
             value = values[title]
-            if hasattr(value, "columns"):
+            if _arrays.is_frame(value):
                 raise ValueError(f"{name}: the DataFrame has several columns {title!r}")
             return value
         if name not in values:
@@ -271,8 +271,8 @@ class Formula:
 
 
 def _check_values(values: Any) -> None:
-    if hasattr(values, "columns"):
-        if hasattr(values, "map_partitions"):
+    if _arrays.is_frame(values):
+        if _arrays.is_of_dask(values):
             raise TypeError("values: morandel.add takes a DataFrame of Dask")
         _titles.check(values.columns)
     elif values is not None and not isinstance(values, Mapping):

@@ -5,7 +5,7 @@ from __future__ import annotations
 from collections.abc import Mapping
 from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple, Union
 
-from . import _titles
+from . import _arrays, _titles
 from ._errors import FormulaError, named_error
 from ._formula import Formula, check_on_error
 
@@ -68,7 +68,7 @@ def add(
             formula = _prepared(name, formula, strict)
         prepared[name] = formula
     order = _order(prepared, df.columns)
-    if hasattr(df, "map_partitions"):
+    if _arrays.is_of_dask(df):
         from . import _dask
 
         return _dask.add(df, prepared, order, on_error, origin)
@@ -76,7 +76,7 @@ def add(
 
 
 def _check_frame(df: Any, on_error: str, origin: Optional[str]) -> None:
-    if not hasattr(df, "columns") or not hasattr(df, "assign"):
+    if not _arrays.is_frame(df) or not hasattr(type(df), "assign"):
         raise TypeError(f"df: a DataFrame of pandas or Dask, not {type(df).__name__}")
     _titles.check(df.columns)
     if origin is not None and origin not in df.columns:

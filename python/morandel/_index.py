@@ -4,15 +4,15 @@ from __future__ import annotations
 
 from typing import Any, List
 
-from . import _values
+from . import _arrays
 from ._errors import FormulaError
 
 
 def of(given: List[Any], values: Any) -> Any:
     """Of the DataFrame, or else of the first Series; all must have the same."""
-    index = values.index if hasattr(values, "columns") else None
+    index = values.index if _arrays.is_frame(values) else None
     for value in given:
-        if not _values.is_series(value):
+        if not _arrays.is_series(value):
             continue
         if index is None:
             index = value.index

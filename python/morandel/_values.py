@@ -3,11 +3,11 @@
 from __future__ import annotations
 
 import math
-from typing import Any, Dict, Iterator, List, NamedTuple, Optional, Tuple
+from typing import Any, Dict, List, NamedTuple, Optional, Tuple
 
 import numpy as np
 
-from . import _core
+from . import _arrays, _core
 from ._errors import FormulaError, named_error
 
 TEXT = "text"
@@ -27,11 +27,6 @@ class Column(NamedTuple):
     is_missing: bool = False
     kind: str = NUMBER
     wrong: Optional[Wrong] = None
-
-
-def is_series(value: Any) -> bool:
-    """Whether it is a column of pandas, which need not be there."""
-    return hasattr(value, "dtype") and hasattr(value, "index") and hasattr(value, "array")
 
 
 def _wrong_kind(name: str, wanted: str, given: Any) -> TypeError:
@@ -81,7 +76,7 @@ def _flat(name: str, array: Any, kind: str, wrong: Optional[Wrong]) -> Any:
     """Of one dimension: doubles for numbers, where they lie if they can stay; texts as objects."""
     if array.dtype.kind in "biuf":
         if kind == NUMBER:
-            return _doubles(array)
+            return _arrays.doubles(array)
         if array.dtype.kind == "f" and np.isnan(array).all():
             return np.full(array.shape, None, dtype=object)
         raise _wrong_kind(name, kind, f"a column of {array.dtype}")
@@ -104,45 +99,28 @@ def _flat(name: str, array: Any, kind: str, wrong: Optional[Wrong]) -> Any:
         raise named_error(problem, f"{name}: {problem}") from None
 
 
-def _doubles(array: Any) -> Any:
-    fits = array.dtype == np.float64 and array.dtype.isnative and array.flags.aligned
-    if not fits or array.ndim != 1 or array.strides[0] < 0:
-        return np.array(array, dtype=np.float64, order="C")
-    return array
-
-
-def _array_of_series(value: Any, kind: str) -> Any:
-    """What pandas keeps, as an array; missing values as NaN or None."""
-    if isinstance(value.dtype, np.dtype):
-        return value.to_numpy()
-    name = str(value.dtype)
-    if name.startswith(("Int", "UInt", "Float", "boolean")):
-        return value.to_numpy(dtype=np.float64, na_value=np.nan)
-    return value.to_numpy(dtype=object, na_value=None)
-
-
 def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
     """What the core takes for a name of that kind. Throws TypeError for values of another, unless
     those of single rows are wanted ``by_row``."""
     wrong: Optional[Wrong] = {} if by_row else None
-    if hasattr(value, "map_partitions"):
+    if _arrays.is_of_dask(value):
         raise TypeError(f"{name}: morandel.add takes what is of Dask, in its DataFrame")
-    if hasattr(value, "columns"):
+    if _arrays.is_frame(value):
         raise TypeError(f"{name}: a DataFrame was given, and one column is needed")
     if isinstance(value, (dict, set)):
         raise TypeError(f"{name}: no number, text or column: {type(value).__name__}")
-    if is_series(value):
+    if _arrays.is_series(value):
         if hasattr(value.array, "codes"):
             source = _categories(name, value.array.categories, value.array.codes, kind, wrong)
         else:
-            source = _flat(name, _array_of_series(value, kind), kind, wrong)
+            source = _flat(name, _arrays.of_series(value), kind, wrong)
         return Column(source, (len(value),), False, kind, wrong)
     if value is np.ma.masked:
         return _scalar(name, None, kind)
     if _is_scalar(value):
         return _scalar(name, value, kind)
-    array = value if isinstance(value, np.ndarray) else _array_of_list(name, value)
-    array = _without_mask(array) if isinstance(array, np.ma.MaskedArray) else np.asarray(array)
+    array = value if isinstance(value, np.ndarray) else _arrays.of_list(name, value)
+    array = _arrays.without_mask(array) if isinstance(array, np.ma.MaskedArray) else np.asarray(array)
     if array.ndim == 0:
         return _scalar(name, array[()], kind)
     flat = array if array.ndim == 1 else array.reshape(-1)
@@ -153,54 +131,11 @@ def _is_scalar(value: Any) -> bool:
     return isinstance(value, (str, bytes, bytearray)) or not hasattr(value, "__len__")
 
 
-def _array_of_list(name: str, values: Any) -> Any:
-    """A list of texts stays what it is; NumPy would make texts of one length of all that is in it."""
-    values = _without_masked(values)
-    try:
-        if any(isinstance(value, str) or value is None for value in _in_lists(values)):
-            return np.array(values, dtype=object)
-        if any(isinstance(value, np.ma.MaskedArray) for value in values):
-            stack: Any = np.ma.MaskedArray
-            return stack(values)
-        return np.asarray(values)
-    except ValueError as problem:
-        raise ValueError(f"{name}: lists of different lengths: {problem}") from None
-
-
-def _without_masked(values: Any) -> List[Any]:
-    return [
-        None
-        if value is np.ma.masked
-        else _without_masked(value)
-        if isinstance(value, (list, tuple))
-        else value
-        for value in values
-    ]
-
-
-def _in_lists(values: List[Any]) -> Iterator[Any]:
-    for value in values:
-        if isinstance(value, list):
-            yield from _in_lists(value)
-        else:
-            yield value
-
-
-def _without_mask(array: Any) -> Any:
-    """What is masked is missing, whatever lies below the mask."""
-    mask = np.asarray(array.mask)
-    if not mask.any():
-        return np.asarray(array.data)
-    plain = np.array(array.data, dtype=np.float64 if array.dtype.kind in "biuf" else object)
-    plain[mask] = np.nan if plain.dtype == np.float64 else None
-    return plain
-
-
 def kind_of(name: str, value: Any) -> Optional[str]:
     """Of a value whose name stands alone in its formula, so that nothing asks for one kind."""
     if isinstance(value, str):
         return TEXT
-    if is_series(value):
+    if _arrays.is_series(value):
         if hasattr(value.array, "categories"):
             value = np.asarray(value.array.categories)
         elif isinstance(value.dtype, np.dtype):
@@ -208,7 +143,7 @@ def kind_of(name: str, value: Any) -> Optional[str]:
         else:
             return TEXT if str(value.dtype).startswith("string") else NUMBER
     elif isinstance(value, (list, tuple)):
-        value = _array_of_list(name, value)
+        value = _arrays.of_list(name, value)
     if not isinstance(value, np.ndarray) or _core.is_missing(value):
         return None if _core.is_missing(value) else NUMBER
     if value.dtype.kind == "U":

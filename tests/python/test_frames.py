@@ -211,3 +211,15 @@ def test_frames_of_dask(frame):
     with pytest.raises(morandel.FormulaError, match="row 0 .*of 梨"):
         morandel.add(table, b="1 / (qty - 10)", origin="name").compute(scheduler="sync")
     assert morandel.add(table, {"x y": "qty", "z": "x_y"}).compute(scheduler="sync").z.tolist() == [3, 10, 4]
+
+
+def test_labels_that_attributes_of_other_classes_have():
+    series = pandas.Series([1.0, 2.0], index=["columns", "map_partitions"])
+    assert morandel.Formula("a * 2")(a=series).tolist() == [2, 4]
+    assert morandel.Formula("columns * 2")(series) == 2
+    frame = pandas.DataFrame({"map_partitions": [1.0], "columns": [2.0], "dtype": [3.0], "array": [4.0]})
+    frame.index = ["columns"]
+    assert morandel.Formula("columns + map_partitions + dtype")(frame).tolist() == [6]
+    assert morandel.add(frame, b="columns + array").b.tolist() == [6]
+    with pytest.raises(TypeError, match="a: a DataFrame was given"):
+        morandel.Formula("a")(a=frame.assign(index=1))

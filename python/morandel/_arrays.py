@@ -1,0 +1,85 @@
+"""Columns as hosts have them, as arrays of NumPy."""
+
+from __future__ import annotations
+
+from typing import Any, Iterator, List
+
+import numpy as np
+
+
+# The class is asked, since labels of rows and columns are attributes of a Series and a DataFrame.
+def _has(value: Any, *names: str) -> bool:
+    return all(hasattr(type(value), name) for name in names)
+
+
+def is_series(value: Any) -> bool:
+    """Whether it is a column of pandas, which need not be there."""
+    return _has(value, "dtype", "index", "array")
+
+
+def is_frame(value: Any) -> bool:
+    return _has(value, "columns")
+
+
+def is_of_dask(value: Any) -> bool:
+    return _has(value, "map_partitions")
+
+
+def doubles(array: Any) -> Any:
+    fits = array.dtype == np.float64 and array.dtype.isnative and array.flags.aligned
+    if not fits or array.ndim != 1 or array.strides[0] < 0:
+        return np.array(array, dtype=np.float64, order="C")
+    return array
+
+
+def of_series(value: Any) -> Any:
+    """What pandas keeps, as an array; missing values as NaN or None."""
+    if isinstance(value.dtype, np.dtype):
+        return value.to_numpy()
+    name = str(value.dtype)
+    if name.startswith(("Int", "UInt", "Float", "boolean")):
+        return value.to_numpy(dtype=np.float64, na_value=np.nan)
+    return value.to_numpy(dtype=object, na_value=None)
+
+
+def of_list(name: str, values: Any) -> Any:
+    """A list of texts stays what it is; NumPy would make texts of one length of all that is in it."""
+    values = _without_masked(values)
+    try:
+        if any(isinstance(value, str) or value is None for value in _in_lists(values)):
+            return np.array(values, dtype=object)
+        if any(isinstance(value, np.ma.MaskedArray) for value in values):
+            stack: Any = np.ma.MaskedArray
+            return stack(values)
+        return np.asarray(values)
+    except ValueError as problem:
+        raise ValueError(f"{name}: lists of different lengths: {problem}") from None
+
+
+def _without_masked(values: Any) -> List[Any]:
+    return [
+        None
+        if value is np.ma.masked
+        else _without_masked(value)
+        if isinstance(value, (list, tuple))
+        else value
+        for value in values
+    ]
+
+
+def _in_lists(values: List[Any]) -> Iterator[Any]:
+    for value in values:
+        if isinstance(value, list):
+            yield from _in_lists(value)
+        else:
+            yield value
+
+
+def without_mask(array: Any) -> Any:
+    """What is masked is missing, whatever lies below the mask."""
+    mask = np.asarray(array.mask)
+    if not mask.any():
+        return np.asarray(array.data)
+    plain = np.array(array.data, dtype=np.float64 if array.dtype.kind in "biuf" else object)
+    plain[mask] = np.nan if plain.dtype == np.float64 else None
+    return plain
