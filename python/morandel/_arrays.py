@@ -2,9 +2,13 @@
 
 from __future__ import annotations
 
-from typing import Any, Iterator, List
+from typing import Any, Iterator, List, Optional
 
 import numpy as np
+
+TEXT = "text"
+NUMBER = "number"
+NEITHER = "neither"
 
 
 # The class is asked, since labels of rows and columns are attributes of a Series and a DataFrame.
@@ -25,6 +29,16 @@ def is_of_dask(value: Any) -> bool:
     return _has(value, "map_partitions")
 
 
+def kind_of_type(dtype: Any) -> Optional[str]:
+    """Of all cells of a column; None where each is what it is."""
+    if dtype.kind in "biuf":
+        return NUMBER
+    if issubclass(dtype.type, str):
+        return TEXT
+    may_be_anything = dtype.type is object or hasattr(dtype.type, "__float__")
+    return None if dtype.kind == "O" and may_be_anything else NEITHER
+
+
 def doubles(array: Any) -> Any:
     fits = array.dtype == np.float64 and array.dtype.isnative and array.flags.aligned
     if not fits or array.ndim != 1 or array.strides[0] < 0:
@@ -36,8 +50,7 @@ def of_series(value: Any) -> Any:
     """What pandas keeps, as an array; missing values as NaN or None."""
     if isinstance(value.dtype, np.dtype):
         return value.to_numpy()
-    name = str(value.dtype)
-    if name.startswith(("Int", "UInt", "Float", "boolean")):
+    if kind_of_type(value.dtype) == NUMBER:
         return value.to_numpy(dtype=np.float64, na_value=np.nan)
     return value.to_numpy(dtype=object, na_value=None)
 

@@ -8,10 +8,9 @@ from typing import Any, Dict, List, NamedTuple, Optional, Tuple
 import numpy as np
 
 from . import _arrays, _core
+from ._arrays import NEITHER, NUMBER, TEXT
 from ._errors import FormulaError, named_error
 
-TEXT = "text"
-NUMBER = "number"
 _CHINESE = {TEXT: "字符串", NUMBER: "数值"}
 _WRONG_KIND = 22
 
@@ -55,36 +54,37 @@ def _scalar(name: str, value: Any, kind: str) -> Column:
 
 def _categories(name: str, categories: Any, codes: Any, kind: str, wrong: Optional[Wrong]) -> Any:
     """Looks at each category once, and fails for those alone that a cell has."""
+    if (codes < 0).all():
+        return np.full(len(codes), np.nan if kind == NUMBER else None)
     wrong_categories: Wrong = {}
-    of_each = _flat(name, np.asarray(categories), kind, wrong_categories)
-    if wrong is not None:
+    of_each = _flat(name, np.asarray(categories), kind, wrong_categories, categories.dtype)
+    if wrong is not None and len(wrong_categories) < len(categories):
         for code, value in wrong_categories.items():
             wrong.update((row, value) for row in np.flatnonzero(codes == code).tolist())
-    elif wrong_categories and np.isin(codes, list(wrong_categories)).any():
+    elif np.isin(codes, list(wrong_categories)).any():
         cells = np.append(np.asarray(categories, dtype=object), np.array([None]))[codes]
-        return _flat(name, cells, kind, None)
+        return _flat(name, cells, kind, None, cells.dtype)
     if kind == NUMBER:
         return np.append(of_each, np.nan)[codes]
-    if not isinstance(of_each, np.ndarray) or of_each.dtype != object:
-        return np.full(len(codes), None, dtype=object)
     if wrong_categories:
         return np.append(of_each, np.array([None]))[codes]
     return np.asarray(codes, dtype=np.int64), list(of_each)
 
 
-def _flat(name: str, array: Any, kind: str, wrong: Optional[Wrong]) -> Any:
+def _flat(name: str, array: Any, kind: str, wrong: Optional[Wrong], dtype: Any) -> Any:
     """Of one dimension: doubles for numbers, where they lie if they can stay; texts as objects."""
+    whole = _arrays.kind_of_type(dtype)
+    if whole == NEITHER:
+        raise TypeError(f"{name}: neither numbers nor texts: a column of {dtype}")
     if array.dtype.kind in "biuf":
         if kind == NUMBER:
             return _arrays.doubles(array)
         if array.dtype.kind == "f" and np.isnan(array).all():
             return np.full(array.shape, None, dtype=object)
-        raise _wrong_kind(name, kind, f"a column of {array.dtype}")
+        raise _wrong_kind(name, kind, f"a column of {dtype}")
     if array.dtype.kind == "U":
         array = array.astype(object)
-    if array.dtype.kind != "O":
-        raise TypeError(f"{name}: neither numbers nor texts: a column of {array.dtype}")
-    if wrong is not None:
+    if wrong is not None and whole is None:
         rows = _core.wrong_rows(array, kind == TEXT)
         if rows:
             wrong.update((row, array[row]) for row in rows)
@@ -113,18 +113,19 @@ def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
         if hasattr(value.array, "codes"):
             source = _categories(name, value.array.categories, value.array.codes, kind, wrong)
         else:
-            source = _flat(name, _arrays.of_series(value), kind, wrong)
+            source = _flat(name, _arrays.of_series(value), kind, wrong, value.dtype)
         return Column(source, (len(value),), False, kind, wrong)
     if value is np.ma.masked:
         return _scalar(name, None, kind)
     if _is_scalar(value):
         return _scalar(name, value, kind)
     array = value if isinstance(value, np.ndarray) else _arrays.of_list(name, value)
+    dtype = array.dtype
     array = _arrays.without_mask(array) if isinstance(array, np.ma.MaskedArray) else np.asarray(array)
     if array.ndim == 0:
         return _scalar(name, array[()], kind)
     flat = array if array.ndim == 1 else array.reshape(-1)
-    return Column(_flat(name, flat, kind, wrong), array.shape, False, kind, wrong)
+    return Column(_flat(name, flat, kind, wrong, dtype), array.shape, False, kind, wrong)
 
 
 def _is_scalar(value: Any) -> bool:

@@ -102,3 +102,49 @@ def test_bytes_are_no_column(value):
 def test_a_cell_of_the_wrong_kind_is_named():
     with pytest.raises(TypeError, match="^u: row 1: a text is needed, not int"):
         morandel.Formula("strcat(s, u)")(s=["a", "b"], u=["a", 5])
+
+
+DAYS = pandas.Series(pandas.to_datetime(["2026-01-01", None]))
+WRONG_COLUMNS = {
+    "dates of a zone": ("xs", DAYS.dt.tz_localize("UTC")),
+    "no date of a zone": ("xs", DAYS[1:].dt.tz_localize("UTC")),
+    "no date": ("xs", DAYS[1:]),
+    "periods": ("xs", DAYS.dt.to_period("D")),
+    "intervals": ("xs", pandas.cut(pandas.Series([1, 2]), 2)),
+    "texts": ("x", pandas.Series(["a", None], dtype="string")),
+    "texts of NumPy": ("x", np.array(["a", "b"])),
+    "categories of texts": ("x", pandas.Series(["a", None], dtype="category")),
+    "categories of numbers": ("s", pandas.Series([1, 2], dtype="category")),
+    "few numbers": ("s", pandas.Series([1.0, np.nan], dtype="Sparse[float]")),
+    "numbers or none": ("s", pandas.Series([1, None], dtype="Int64")),
+}
+
+
+@pytest.mark.parametrize("on_error", ["raise", "nan", "collect"])
+@pytest.mark.parametrize("what", WRONG_COLUMNS)
+def test_a_whole_column_of_another_type(what, on_error):
+    names, column = WRONG_COLUMNS[what]
+    for name in names:
+        with pytest.raises(TypeError, match=name):
+            {"x": DOUBLE, "s": LENGTH}[name]({name: column}, on_error=on_error)
+
+
+def test_a_column_of_another_type_that_is_all_missing_is_missing():
+    for column in (
+        pandas.Series([1, 2], dtype="category")[:0],
+        pandas.Series([1, None], dtype="category")[1:],
+        pandas.Series([None], dtype="Int64"),
+        pandas.Series([np.nan], dtype="Sparse[float]"),
+    ):
+        assert LENGTH(s=column).isna().all()
+    assert DOUBLE(x=pandas.Series([None], dtype="string")).isna().all()
+    assert DOUBLE(x=pandas.Series(["a", None], dtype="category")[1:]).isna().all()
+
+
+def test_few_numbers():
+    assert DOUBLE(x=pandas.Series([1.0, np.nan], dtype="Sparse[float]")).tolist()[:1] == [2]
+
+
+def test_a_column_is_called_by_its_own_type():
+    with pytest.raises(TypeError, match="a column of Int64 was given"):
+        LENGTH(s=pandas.Series([1, None], dtype="Int64"))
