@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Any, Iterator, List, Optional
+from typing import Any, Iterator, List, Optional, Tuple
 
 import numpy as np
 
@@ -19,6 +19,15 @@ def _has(value: Any, *names: str) -> bool:
 def is_series(value: Any) -> bool:
     """Whether it is a column of pandas, which need not be there."""
     return _has(value, "dtype", "index", "array")
+
+
+def has_categories(value: Any) -> bool:
+    return _is_of_pandas(value) and getattr(value.dtype, "name", None) == "category"
+
+
+def _is_of_pandas(value: Any) -> bool:
+    """A Series, an index, or an array of its own."""
+    return _has(value, "dtype", "to_numpy") and hasattr(value.dtype, "kind")
 
 
 def is_frame(value: Any) -> bool:
@@ -46,7 +55,16 @@ def doubles(array: Any) -> Any:
     return array
 
 
-def of_series(value: Any) -> Any:
+def of(name: str, value: Any) -> Tuple[Any, Any]:
+    """An array, and the type that it was given with."""
+    if _is_of_pandas(value):
+        return of_pandas(value), value.dtype
+    array = value if isinstance(value, np.ndarray) else _of_list(name, value)
+    is_masked = isinstance(array, np.ma.MaskedArray)
+    return _without_mask(array) if is_masked else np.asarray(array), array.dtype
+
+
+def of_pandas(value: Any) -> Any:
     """What pandas keeps, as an array; missing values as NaN or None."""
     if isinstance(value.dtype, np.dtype):
         return value.to_numpy()
@@ -55,7 +73,7 @@ def of_series(value: Any) -> Any:
     return value.to_numpy(dtype=object, na_value=None)
 
 
-def of_list(name: str, values: Any) -> Any:
+def _of_list(name: str, values: Any) -> Any:
     """A list of texts stays what it is; NumPy would make texts of one length of all that is in it."""
     values = _without_masked(values)
     try:
@@ -88,7 +106,7 @@ def _in_lists(values: List[Any]) -> Iterator[Any]:
             yield value
 
 
-def without_mask(array: Any) -> Any:
+def _without_mask(array: Any) -> Any:
     """What is masked is missing, whatever lies below the mask."""
     mask = np.asarray(array.mask)
     if not mask.any():

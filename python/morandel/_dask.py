@@ -76,7 +76,7 @@ def _gives_text(name: str, formulas: Formulas, df: Any) -> bool:
     if new is not None:
         return _gives_text(new, formulas, df)
     sample = df._meta_nonempty[_titles.find(used, df.columns)]
-    return _values.kind_of(used, sample) == _values.TEXT
+    return _values.column_of(used, sample, None, True).kind == _values.TEXT
 
 
 def _error_meta(meta: Any) -> Any:

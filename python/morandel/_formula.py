@@ -176,15 +176,15 @@ class Formula:
         given = [self._value(name, values, named) for name in self._names]
         index = _index.of(given, values)
         columns = tuple(
-            _values.column_of(name, value, kind, on_error != "raise")
-            for (name, kind), value in zip(self._given_kinds(given), given)
+            _values.column_of(name, value, None if self._is_alone() else kind, on_error != "raise")
+            for (name, kind), value in zip(self._names.items(), given)
         )
         if index is None and all(column.shape == () for column in columns):
             return self._compute_once(columns, on_error)
         sources, shape, rows = _values.broadcast(columns)
         if index is not None and not shape:
             shape, rows = (len(index),), len(index)
-        formula = self._for(given)
+        formula = self._for(columns)
         if any(column.is_missing for column in columns):
             results, failed = _all_missing(rows, formula._gives_text), np.empty(0, np.int64)
         else:
@@ -220,17 +220,11 @@ class Formula:
         return values[name]
 
     def _is_alone(self) -> bool:
+        """Whether it is nothing but a name, which takes whatever there is."""
         return len(self._names) == 1 and self._text.strip() in self._names and not self._kinds
 
-    def _given_kinds(self, given: List[Any]) -> List[Tuple[str, str]]:
-        """Names and kinds; a formula that is nothing but a name takes whatever there is."""
-        if self._is_alone():
-            name = next(iter(self._names))
-            return [(name, _values.kind_of(name, given[0]) or _values.NUMBER)]
-        return list(self._names.items())
-
-    def _for(self, given: List[Any]) -> Formula:
-        kinds = dict(self._given_kinds(given))
+    def _for(self, columns: Tuple[_values.Column, ...]) -> Formula:
+        kinds = {name: column.kind for name, column in zip(self._names, columns)}
         return self if kinds == self._names else Formula._quiet(self._text, kinds)
 
     def _compute_once(self, columns: Tuple[_values.Column, ...], on_error: OnError) -> Any:

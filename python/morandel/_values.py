@@ -36,17 +36,17 @@ def _wrong_kind(name: str, wanted: str, given: Any) -> TypeError:
     return TypeError(f"{told}; {advice}")
 
 
-def _scalar(name: str, value: Any, kind: str) -> Column:
+def _scalar(name: str, value: Any, kind: Optional[str]) -> Column:
     if isinstance(value, str):
         if kind == NUMBER:
             raise _wrong_kind(name, kind, "a text")
-        return Column(value, ())
+        return Column(value, (), False, TEXT)
     try:
         number = _core.number_of(value)
     except (TypeError, ValueError) as problem:
         raise named_error(problem, f"{name}: {problem}") from None
     if math.isnan(number):
-        return Column(math.nan if kind == NUMBER else "", (), True)
+        return Column("" if kind == TEXT else math.nan, (), True, kind or NUMBER)
     if kind == TEXT:
         raise _wrong_kind(name, kind, "a number")
     return Column(number, ())
@@ -99,9 +99,9 @@ def _flat(name: str, array: Any, kind: str, wrong: Optional[Wrong], dtype: Any) 
         raise named_error(problem, f"{name}: {problem}") from None
 
 
-def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
-    """What the core takes for a name of that kind. Throws TypeError for values of another, unless
-    those of single rows are wanted ``by_row``."""
+def column_of(name: str, value: Any, kind: Optional[str], by_row: bool = False) -> Column:
+    """What the core takes for a name of that kind, or of the kind that the values have. Throws
+    TypeError for values of another, unless those of single rows are wanted ``by_row``."""
     wrong: Optional[Wrong] = {} if by_row else None
     if _arrays.is_of_dask(value):
         raise TypeError(f"{name}: morandel.add takes what is of Dask, in its DataFrame")
@@ -109,52 +109,32 @@ def column_of(name: str, value: Any, kind: str, by_row: bool = False) -> Column:
         raise TypeError(f"{name}: a DataFrame was given, and one column is needed")
     if isinstance(value, (dict, set)):
         raise TypeError(f"{name}: no number, text or column: {type(value).__name__}")
-    if _arrays.is_series(value):
-        if hasattr(value.array, "codes"):
-            source = _categories(name, value.array.categories, value.array.codes, kind, wrong)
-        else:
-            source = _flat(name, _arrays.of_series(value), kind, wrong, value.dtype)
-        return Column(source, (len(value),), False, kind, wrong)
-    if value is np.ma.masked:
-        return _scalar(name, None, kind)
     if _is_scalar(value):
         return _scalar(name, value, kind)
-    array = value if isinstance(value, np.ndarray) else _arrays.of_list(name, value)
-    dtype = array.dtype
-    array = _arrays.without_mask(array) if isinstance(array, np.ma.MaskedArray) else np.asarray(array)
+    if _arrays.has_categories(value):
+        cells = getattr(value, "array", value)
+        kind = kind or _kind_of(_arrays.of_pandas(value))
+        source = _categories(name, cells.categories, cells.codes, kind, wrong)
+        return Column(source, (len(value),), False, kind, wrong)
+    array, dtype = _arrays.of(name, value)
     if array.ndim == 0:
         return _scalar(name, array[()], kind)
+    kind = kind or _arrays.kind_of_type(dtype) or _kind_of(array)
     flat = array if array.ndim == 1 else array.reshape(-1)
     return Column(_flat(name, flat, kind, wrong, dtype), array.shape, False, kind, wrong)
 
 
 def _is_scalar(value: Any) -> bool:
-    return isinstance(value, (str, bytes, bytearray)) or not hasattr(value, "__len__")
+    is_single = value is np.ma.masked or isinstance(value, (str, bytes, bytearray))
+    return is_single or not hasattr(value, "__len__")
 
 
-def kind_of(name: str, value: Any) -> Optional[str]:
-    """Of a value whose name stands alone in its formula, so that nothing asks for one kind."""
-    if isinstance(value, str):
-        return TEXT
-    if _arrays.is_series(value):
-        if hasattr(value.array, "categories"):
-            value = np.asarray(value.array.categories)
-        elif isinstance(value.dtype, np.dtype):
-            value = value.to_numpy()
-        else:
-            return TEXT if str(value.dtype).startswith("string") else NUMBER
-    elif isinstance(value, (list, tuple)):
-        value = _arrays.of_list(name, value)
-    if not isinstance(value, np.ndarray) or _core.is_missing(value):
-        return None if _core.is_missing(value) else NUMBER
-    if value.dtype.kind == "U":
-        return TEXT
-    if value.dtype.kind != "O":
-        return NUMBER
-    for item in value.flat:
-        if not _core.is_missing(item):
-            return TEXT if isinstance(item, str) else NUMBER
-    return None
+def _kind_of(cells: Any) -> str:
+    """That of the first cell that is not missing."""
+    for cell in cells.flat:
+        if not _core.is_missing(cell):
+            return TEXT if isinstance(cell, str) else NUMBER
+    return NUMBER
 
 
 def broadcast(columns: Tuple[Column, ...]) -> Tuple[Tuple[Any, ...], Tuple[int, ...], int]:

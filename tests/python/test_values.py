@@ -1,5 +1,6 @@
 """What is taken for a number, a text or a missing value, alone and in a cell."""
 
+import collections
 import datetime
 import decimal
 import enum
@@ -148,3 +149,35 @@ def test_few_numbers():
 def test_a_column_is_called_by_its_own_type():
     with pytest.raises(TypeError, match="a column of Int64 was given"):
         LENGTH(s=pandas.Series([1, None], dtype="Int64"))
+
+
+@pytest.mark.parametrize(
+    "texts",
+    [
+        pandas.Index(["a", None]),
+        pandas.Categorical(["a", None]),
+        pandas.CategoricalIndex(["a", None]),
+        pandas.array(["a", None], dtype="string"),
+        pandas.Series(pandas.Categorical(["a", None], categories=[1, "a"])),
+        collections.deque(["a", None]),
+        {1: "a", 2: None}.values(),
+        np.array([["a", None]], dtype=object),
+    ],
+    ids=lambda texts: type(texts).__name__,
+)
+def test_a_name_alone_takes_what_other_formulas_take(texts):
+    for text in ("item", 'strcat(item, "")'):
+        assert np.ravel(morandel.Formula(text)(item=texts)).tolist() == ["a", None]
+
+
+def test_a_name_alone_takes_numbers_of_all_columns():
+    for numbers in (
+        pandas.Index([1, 2]),
+        pandas.Categorical([1, 2]),
+        pandas.array([1, 2], dtype="Int64"),
+        pandas.Series([1, 2], dtype="Sparse[int]"),
+        collections.deque([1, 2]),
+    ):
+        assert morandel.Formula("item")(item=numbers).tolist() == [1, 2]
+    with pytest.raises(TypeError, match="item: neither numbers nor texts"):
+        morandel.Formula("item")(item=pandas.DatetimeIndex(["2026-01-01"]))
