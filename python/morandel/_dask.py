@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Any, Dict, List, Optional
+from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple
 
 from . import _titles, _values
 from ._errors import FormulaError, named_error
@@ -15,14 +15,15 @@ if TYPE_CHECKING:
 def add(
     df: Any, formulas: Formulas, order: List[str], on_error: OnError, origin: Optional[str]
 ) -> Any:
-    meta = _meta(df, formulas)
+    texts = [name for name in formulas if _gives_text(name, formulas, df)]
+    meta = _meta(df, formulas, texts)
     if on_error != "collect":
-        return df.map_partitions(_add_to_part, formulas, order, on_error, origin, meta=meta)
+        return df.map_partitions(_add_to_part, formulas, order, on_error, origin, texts, meta=meta)
     import dask
     import dask.dataframe
 
     both = [
-        dask.delayed(add_columns, nout=2, pure=True)(part, formulas, order, on_error, origin)
+        dask.delayed(_add_and_collect, nout=2, pure=True)(part, formulas, order, origin, texts)
         for part in df.to_delayed()
     ]
     made, errors = zip(*both)
@@ -38,6 +39,7 @@ def _add_to_part(
     order: List[str],
     on_error: OnError,
     origin: Optional[str],
+    texts: List[str],
     partition_info: Any = None,
 ) -> Any:
     """Errors tell the partition where no column tells more."""
@@ -45,7 +47,7 @@ def _add_to_part(
     info = getattr(partition_info, "data", partition_info)
     number = info.get("number") if isinstance(info, dict) else None
     try:
-        return add_columns(df, formulas, order, on_error, origin)
+        return _with_texts(add_columns(df, formulas, order, on_error, origin), texts)
     except FormulaError as error:
         if error.origin is None and number is not None:
             error.origin = f"partition {number}"
@@ -56,14 +58,28 @@ def _add_to_part(
         raise named_error(problem, f"partition {number}: {problem}") from None
 
 
-def _meta(df: Any, formulas: Formulas) -> Any:
+def _add_and_collect(
+    df: Any, formulas: Formulas, order: List[str], origin: Optional[str], texts: List[str]
+) -> Tuple[Any, Any]:
+    made, errors = add_columns(df, formulas, order, "collect", origin)
+    return _with_texts(made, texts), errors
+
+
+def _with_texts(made: Any, texts: List[str]) -> Any:
+    """A column that is another's may have no text in a partition, and is of texts all the same."""
+    for name in texts:
+        if made[name].dtype != object:
+            made[name] = made[name].astype(object).where(made[name].notna(), None)
+    return made
+
+
+def _meta(df: Any, formulas: Formulas, texts: List[str]) -> Any:
     import pandas
 
-    columns: Dict[str, Any] = {
-        name: pandas.Series([], dtype="object" if _gives_text(name, formulas, df) else "float64")
-        for name in formulas
-    }
-    return df._meta.assign(**columns)
+    meta = df._meta.copy()
+    for name in formulas:
+        meta[name] = pandas.Series([], dtype="object" if name in texts else "float64")
+    return meta
 
 
 def _gives_text(name: str, formulas: Formulas, df: Any) -> bool:

@@ -32,3 +32,17 @@ def test_a_name_alone_is_what_its_column_is():
         "object", "float64", "float64", "object"]
     assert made.text.str.upper().compute().tolist() == ["A", "B"]
     assert made.again.compute().tolist() == ["a", "b"]
+
+
+def test_a_partition_without_texts():
+    columns = of_dask({"s": ["a", None]})
+    for on_error in ("nan", "collect"):
+        made = columns.pipe(morandel.add, t="s", again="t", on_error=on_error)
+        last = (made[0] if on_error == "collect" else made).partitions[1].compute()
+        assert last.t.dtype == last.again.dtype == object
+        assert last.t.tolist() == last.again.tolist() == [None]
+
+
+def test_titles_that_are_no_texts():
+    made = of_dask({1: [1.0, 2.0]}).pipe(morandel.add, {3: "_1 * 2"})
+    assert made.compute()[3].tolist() == [2, 4]
