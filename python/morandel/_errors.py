@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from numbers import Integral
 from typing import Any, Hashable, NamedTuple, Optional, Tuple
 
 # Number, reason, Chinese, English, position, place of a name: as the core tells it.
@@ -97,7 +98,9 @@ class FormulaError(ValueError):
             text += f", at character {self.position.character + 1}"
         if self.row is not None:
             text += f", row {self.row}"
-            if self.label is not None and self.label != self.row:
+            # The row's number may be a label of NumPy's; others cannot all be compared.
+            is_number = isinstance(self.label, Integral) and not isinstance(self.label, bool)
+            if self.label is not None and not (is_number and self.label == self.row):
                 text += f" (index {self.label!r})"
         if self.origin is not None:
             text += f" of {self.origin}"

@@ -71,6 +71,16 @@ def test_errors_tell_row_and_label(frame):
     assert "row 1 (index 'y')" in str(caught.value)
 
 
+@pytest.mark.parametrize(
+    "label, shown", [(pandas.NA, "<NA>"), (True, "True"), (2, "2"), (1, None), (np.int64(1), None)]
+)
+def test_labels_of_all_types_are_shown(label, shown):
+    frame = pandas.DataFrame({"a": [1.0, 0.0]}, index=pandas.Index(["first", label], dtype=object))
+    with pytest.raises(morandel.FormulaError) as caught:
+        morandel.Formula("1 / a")(frame)
+    assert str(caught.value).endswith("row 1" if shown is None else f"row 1 (index {shown})")
+
+
 def test_add_in_any_order(frame):
     made = frame.pipe(
         morandel.add, code='strcat(name, r2s(total, 1))', gross="total * 1.5", total="price * qty"
