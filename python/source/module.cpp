@@ -1,5 +1,6 @@
 // morandel._core: what the package stands on. Its Python files have the face and the types.
 
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -135,7 +136,10 @@ class Prepared {
                 return py::str(text, size);
             }
             case MORANDEL_INTEGER:
-                return py::int_(py::float_(morandel_result_number(result.get())));
+                if (std::isfinite(morandel_result_number(result.get()))) {
+                    return py::int_(py::float_(morandel_result_number(result.get())));
+                }
+                [[fallthrough]];
             default:
                 return py::float_(morandel_result_number(result.get()));
         }

@@ -22,6 +22,7 @@ def test_results_have_the_type_of_the_formula():
     assert type(morandel.evaluate("a / 2", a=4)) is float
     assert type(morandel.evaluate("int(a)", a=4)) is int
     assert type(morandel.evaluate("r2s(a, 1)", a=4)) is str
+    assert morandel.evaluate("int(a)", a=-math.inf) == -math.inf
 
 
 @pytest.mark.parametrize(
