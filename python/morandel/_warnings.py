@@ -10,8 +10,8 @@ from . import _core
 from ._errors import FormulaError, FormulaWarning, Position, Told, Warning
 
 _WRONG_KIND = 22
-# A text, or what may be a name.
-_PARTS = re.compile(r'"[^"]*"?|[0-9A-Za-z_\u0080-\U0010ffff]+')
+# A text, or what may be a name: whatever ends at a space or an operator.
+_PARTS = re.compile(r'"[^"]*"?|[^ +\-*/^()!,]+')
 
 
 def position_of(position: Any) -> Optional[Position]:

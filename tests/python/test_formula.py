@@ -197,6 +197,8 @@ def test_strict_makes_errors_of_warnings():
         ("item", {"item": "text"}, []),
         ("strlen(item)", {"item": "text"}, []),
         ("if(a = 1, b, 2)", {"a": "number"}, []),
+        ("strlen(b) + b.x*2", {"b": "text"}, []),
+        ("strlen(b) + b.x*b", {"b": "text"}, [(15, 15)]),
     ],
 )
 def test_warnings_go_by_the_kinds(text, kinds, wanted):
