@@ -181,9 +181,8 @@ class Formula:
         )
         if index is None and all(column.shape == () for column in columns):
             return self._compute_once(columns, on_error)
-        sources, shape, rows = _values.broadcast(columns)
-        if index is not None and not shape:
-            shape, rows = (len(index),), len(index)
+        shape = _values.common_shape(columns, self._names, index)
+        sources, rows = _values.broadcast(columns, shape), math.prod(shape)
         formula = self._for(columns)
         if any(column.is_missing for column in columns):
             results, failed = _all_missing(rows, formula._gives_text), np.empty(0, np.int64)

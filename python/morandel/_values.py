@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import math
-from typing import Any, Dict, List, NamedTuple, Optional, Tuple
+from typing import Any, Dict, Iterable, List, NamedTuple, Optional, Tuple
 
 import numpy as np
 
@@ -137,13 +137,19 @@ def _kind_of(cells: Any) -> str:
     return NUMBER
 
 
-def broadcast(columns: Tuple[Column, ...]) -> Tuple[Tuple[Any, ...], Tuple[int, ...], int]:
-    """Sources of as many rows as the common shape has, that shape, and the rows."""
-    shapes = {column.shape for column in columns if column.shape != ()}
-    if len(shapes) <= 1:
-        shape = shapes.pop() if shapes else ()
-        return tuple(column.source for column in columns), shape, math.prod(shape)
-    shape = np.broadcast_shapes(*shapes)
+def common_shape(columns: Tuple[Column, ...], names: Iterable[str], index: Any) -> Tuple[int, ...]:
+    """That of the index, if there is one, or else what all shapes are spread to."""
+    if index is None:
+        return np.broadcast_shapes(*(column.shape for column in columns))
+    shape = (len(index),)
+    for name, column in zip(names, columns):
+        if column.shape not in ((), (1,), shape):
+            raise ValueError(f"{name}: values of the shape {column.shape}, and the index has {shape}")
+    return shape
+
+
+def broadcast(columns: Tuple[Column, ...], shape: Tuple[int, ...]) -> Tuple[Any, ...]:
+    """Sources of as many rows as the shape has."""
     sources = []
     for column in columns:
         source = column.source
@@ -155,7 +161,7 @@ def broadcast(columns: Tuple[Column, ...]) -> Tuple[Tuple[Any, ...], Tuple[int, 
             spread = np.broadcast_to(source.reshape(column.shape), shape)
             source = spread if spread.ndim == 1 else spread.reshape(-1)
         sources.append(source)
-    return tuple(sources), shape, math.prod(shape)
+    return tuple(sources)
 
 
 def with_wrong(

@@ -81,6 +81,18 @@ def test_labels_of_all_types_are_shown(label, shown):
     assert str(caught.value).endswith("row 1" if shown is None else f"row 1 (index {shown})")
 
 
+def test_values_are_spread_to_the_index(frame):
+    made = morandel.Formula("b + 0")(frame, b=[5])
+    assert made.tolist() == [5, 5, 5] and made.index.equals(frame.index)
+    assert morandel.Formula("b + 0")(frame[:0], b=[5]).tolist() == []
+    assert morandel.Formula("a + b")(a=frame.qty, b=[1]).tolist() == [4, 11, 5]
+    for b in ([1, 2, 3], [[1, 2], [3, 4]], [[1]]):
+        with pytest.raises(ValueError, match="^b: values of the shape .*, and the index has"):
+            morandel.Formula("a + b")(a=pandas.Series([1.0, 2.0]), b=b)
+    with pytest.raises(ValueError, match="^b: values of the shape"):
+        morandel.Formula("a + b")(a=pandas.Series([1.0]), b=[1, 2, 3])
+
+
 def test_add_in_any_order(frame):
     made = frame.pipe(
         morandel.add, code='strcat(name, r2s(total, 1))', gross="total * 1.5", total="price * qty"
