@@ -133,9 +133,9 @@ def source(used: str, name: str, formulas: Formulas, columns: Any) -> Optional[s
         return None
     if used == name:
         return None if _titles.has(used, columns) else used
-    others = [title for title in formulas if title != name or title not in columns]
+    others = {title: None for title in formulas if title != name or title not in columns}
     try:
-        title = _titles.find(used, [*others, *columns])
+        title = _titles.find(used, {**others, **dict.fromkeys(columns)})
     except KeyError as problem:
         raise KeyError(f"{name}: {problem.args[0]}") from None
     return title if title in others else None

@@ -23,8 +23,10 @@ def find(name: str, columns: Any) -> Any:
         return name
     for wanted in (name, name[1:] if name.startswith("_") else name):
         titles = [title for title in columns if wanted and name_of(title) == wanted]
-        if any(title != titles[0] for title in titles):
-            raise KeyError(f"'{name}' could be the column '{titles[0]}' or '{titles[1]}'")
+        # By type and text, since NaN and NA cannot be compared.
+        others = list({(type(title), str(title)): title for title in titles})
+        if len(others) > 1:
+            raise KeyError(f"'{name}' could be the column '{others[0][1]}' or '{others[1][1]}'")
         if titles:
             return titles[0]
     close = difflib.get_close_matches(name, [str(title) for title in columns], 1)

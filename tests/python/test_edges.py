@@ -59,6 +59,31 @@ def test_a_name_that_two_titles_have_is_refused():
     assert morandel.Formula("unit_price * 1")(df).tolist() == [5]
 
 
+@pytest.mark.parametrize(
+    "title, name",
+    [
+        (float("nan"), "nan"),
+        (pandas.NA, "_NA_"),
+        (pandas.NaT, "NaT"),
+        (pandas.Timestamp("2026-01-02"), "_2026_01_02_00_00_00"),
+        (None, "None"),
+    ],
+)
+def test_titles_of_all_types(title, name):
+    for more in ({}, {"a": [3.0]}):
+        df = pandas.DataFrame({title: [1.0], **more})
+        assert morandel.Formula(f"{name} * 2")(df).tolist() == [2]
+        assert morandel.add(df, b=f"{name} * 2", c="b + 1").c.tolist() == [3]
+        with pytest.raises(KeyError, match="no column 'other'"):
+            morandel.add(df, b="other * 2")
+
+
+def test_two_columns_without_a_title():
+    df = pandas.DataFrame([[1.0, 2.0]], columns=[float("nan")] * 2)
+    with pytest.raises(ValueError, match="nan: .*several columns nan"):
+        morandel.Formula("nan + 1")(df)
+
+
 def test_a_new_column_may_have_the_name_of_a_title():
     df = pandas.DataFrame({"unit price": [1, 2]})
     assert morandel.add(df, unit_price="unit_price * 2").unit_price.tolist() == [2, 4]
