@@ -175,7 +175,10 @@ def _with_columns(df: Any, columns: Dict[str, Any]) -> Any:
         if name in df.columns:
             made[name] = column
     new = {name: column for name, column in columns.items() if name not in df.columns}
-    return pandas.concat([made, pandas.DataFrame(new, index=df.index)], axis=1) if new else made
+    if new:
+        made = pandas.concat([made, pandas.DataFrame(new, index=df.index)], axis=1).__finalize__(df)
+        made.columns.name = df.columns.name
+    return made
 
 
 def _placed(error: FormulaError, name: str, df: Any, origin: Optional[str]) -> FormulaError:

@@ -109,6 +109,22 @@ def test_add_takes_titles_and_formulas(frame):
     assert made.twice.tolist() == [25, 4, 2]
 
 
+def test_what_a_frame_has_besides_its_columns_stays():
+    class Table(pandas.DataFrame):
+        _metadata = ["unit"]
+
+        @property
+        def _constructor(self):
+            return Table
+
+    frame = Table({"a": [1.0]})
+    frame.columns.name, frame.attrs["from"], frame.unit = "titles", "there", "m"
+    made = morandel.add(frame, b="a + 1")
+    assert type(made) is Table and made.unit == "m"
+    assert made.columns.name == "titles" and made.attrs == {"from": "there"}
+    assert list(frame) == ["a"]
+
+
 def test_a_formula_of_its_own_name_means_the_column_before(frame):
     made = morandel.add(frame, total="price * qty", price="price + 1")
     assert made.price.tolist() == [13.5, 3, 2]
