@@ -5,7 +5,7 @@ from __future__ import annotations
 from collections.abc import Mapping
 from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple, Union
 
-from . import _arrays, _titles
+from . import _arrays, _titles, _warnings
 from ._errors import FormulaError, named_error
 from ._formula import Formula, check_on_error
 
@@ -66,6 +66,8 @@ def add(
     for name, formula in wanted.items():
         if not isinstance(formula, Formula):
             formula = _prepared(name, formula, strict)
+        elif strict:
+            _warnings.tell(formula.text, formula.warnings, strict, name, 2)
         prepared[name] = formula
     order = _order(prepared, df.columns)
     if _arrays.is_of_dask(df):

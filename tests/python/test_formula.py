@@ -183,6 +183,10 @@ def test_strict_makes_errors_of_warnings():
     with pytest.raises(morandel.FormulaError) as caught:
         morandel.add(pandas.DataFrame({"a": [1]}), b="1,000", strict=True)
     assert caught.value.column == "b"
+    with pytest.warns(morandel.FormulaWarning):
+        formula = morandel.Formula("1,000")
+    with pytest.raises(morandel.FormulaError, match="^b: .*ends at ','"):
+        morandel.add(pandas.DataFrame({"a": [1]}), b=formula, strict=True)
     assert morandel.evaluate("1+a", a=2, strict=True) == 3
     assert morandel.evaluate("strict+1", {"strict": 1}) == 2
 
