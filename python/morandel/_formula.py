@@ -214,7 +214,7 @@ class Formula:
             if _arrays.is_frame(value):
                 raise ValueError(f"{name}: the DataFrame has several columns {title!r}")
             return value
-        if name not in values:
+        if name not in values.keys():
             raise TypeError(f"no value for {name}")
         return values[name]
 

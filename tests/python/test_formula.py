@@ -4,6 +4,7 @@ import copy
 import decimal
 import math
 import pickle
+import sqlite3
 
 import numpy as np
 import pandas
@@ -64,6 +65,16 @@ def test_values_by_mapping_and_by_name():
     with pytest.raises(TypeError, match="no value for b"):
         f({"a": 1})
     assert f(a=1, b=2, other="not used") == -1
+
+
+def test_values_of_a_row_of_sqlite():
+    connection = sqlite3.connect(":memory:")
+    connection.row_factory = sqlite3.Row
+    row = connection.execute("select 2.5 as price, 2 as qty").fetchone()
+    connection.close()
+    assert morandel.evaluate("price * qty", row) == 5
+    with pytest.raises(TypeError, match="no value for rate"):
+        morandel.evaluate("price * rate", row)
 
 
 def test_a_name_that_is_a_keyword_of_the_call():
