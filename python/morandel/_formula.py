@@ -260,7 +260,7 @@ class Formula:
         return hash((self._text, tuple(sorted(self._kinds.items()))))
 
     def __reduce__(self) -> Any:
-        return Formula._quiet, (self._text, self._kinds)
+        return type(self)._quiet, (self._text, self._kinds), getattr(self, "__dict__", None)
 
 
 def _check_values(values: Any) -> None:

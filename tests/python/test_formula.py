@@ -5,6 +5,7 @@ import decimal
 import math
 import pickle
 import sqlite3
+import weakref
 
 import numpy as np
 import pandas
@@ -241,6 +242,22 @@ def test_pickling():
         morandel.Formula("1 / a")(a=[1, 0])
     error = pickle.loads(pickle.dumps(caught.value))
     assert vars(error) == vars(caught.value) and str(error) == str(caught.value)
+
+
+class Priced(morandel.Formula):
+    pass
+
+
+def test_a_copy_is_of_the_same_class():
+    f = Priced("a + 1")
+    f.unit = "m"
+    for other in (pickle.loads(pickle.dumps(f)), copy.copy(f), copy.deepcopy(f)):
+        assert type(other) is Priced and other == f and other.unit == "m" and other(a=1) == 2
+
+
+def test_a_formula_can_be_referred_to_weakly():
+    f = morandel.Formula("a")
+    assert weakref.ref(f)() is f
 
 
 def test_the_names_of_things():
