@@ -48,7 +48,7 @@ class Formula:
     :class:`FormulaWarning`; ``strict=True`` makes it a :class:`FormulaError`.
     """
 
-    __slots__ = ("_text", "_kinds", "_prepared", "_names", "_gives_text")
+    __slots__ = ("_text", "_kinds", "_prepared", "_names", "_gives_text", "__weakref__")
 
     _text: str
     _kinds: Dict[str, str]
