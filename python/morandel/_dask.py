@@ -2,14 +2,12 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple
+from typing import Any, Dict, List, Optional, Tuple
 
 from . import _titles, _values
 from ._errors import FormulaError, named_error
+from ._formula import OnError
 from ._frames import ERROR_COLUMNS, Formulas, add_columns, source
-
-if TYPE_CHECKING:
-    from ._formula import OnError
 
 
 def add(

@@ -4,17 +4,14 @@ from __future__ import annotations
 
 import math
 from collections.abc import Mapping
-from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple, Union
+from typing import Any, Dict, List, Literal, Optional, Tuple, Union
 
 import numpy as np
 
 from . import _arrays, _core, _index, _titles, _values, _warnings
 from ._errors import Fault, FormulaError, Position, Told, Warning
 
-if TYPE_CHECKING:
-    from typing import Literal
-
-    OnError = Literal["raise", "nan", "collect"]
+OnError = Literal["raise", "nan", "collect"]
 
 _KINDS = {_values.NUMBER: 1, _values.TEXT: 2}
 # Of a row that failed and does not when its error is asked for.

@@ -3,14 +3,11 @@
 from __future__ import annotations
 
 from collections.abc import Mapping
-from typing import TYPE_CHECKING, Any, Dict, List, Optional, Tuple, Union
+from typing import Any, Dict, List, Optional, Tuple, Union
 
 from . import _arrays, _titles, _warnings
 from ._errors import FormulaError, named_error
-from ._formula import Formula, check_on_error
-
-if TYPE_CHECKING:
-    from ._formula import OnError
+from ._formula import Formula, OnError, check_on_error
 
 Formulas = Dict[str, Formula]
 

@@ -5,6 +5,7 @@ import decimal
 import math
 import pickle
 import sqlite3
+import typing
 import weakref
 
 import numpy as np
@@ -258,6 +259,11 @@ def test_a_copy_is_of_the_same_class():
 def test_a_formula_can_be_referred_to_weakly():
     f = morandel.Formula("a")
     assert weakref.ref(f)() is f
+
+
+@pytest.mark.parametrize("call", [morandel.add, morandel.evaluate, morandel.Formula.__call__])
+def test_types_are_known_to_those_who_ask(call):
+    assert "return" in typing.get_type_hints(call)
 
 
 def test_the_names_of_things():
