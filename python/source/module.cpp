@@ -12,6 +12,7 @@
 #include <morandel/formula.hpp>
 
 #include "source/columns.h"
+#include "source/texts.h"
 #include "source/values.h"
 
 namespace morandel::python {
@@ -210,8 +211,11 @@ PYBIND11_MODULE(_core, module) {
         .def("columns", &Prepared::columns)
         .def("row_errors", &Prepared::row_errors);
     // Not the class's own call: pybind11 would end the program where memory runs out after it.
-    module.def("prepare",
-               [](std::string_view text, const py::dict& kinds) { return Prepared(text, kinds); });
+    module.def("prepare", [](const py::str& text, const py::dict& kinds) {
+        std::string bytes;
+        append_utf8(text.ptr(), bytes);
+        return Prepared(bytes, kinds);
+    });
     module.def("is_missing", [](const py::object& value) { return is_missing(value.ptr()); });
     module.def("number_of", &number_of);
     module.def("numbers_of", &numbers_of);

@@ -124,6 +124,13 @@ def test_a_formula_that_is_refused():
     assert error.row is None and error.name is None
 
 
+@pytest.mark.parametrize("text", ["a\ud800 + 1", "\udc80", 'strcat("\ud800", a)'])
+def test_half_of_a_pair_in_a_formula(text):
+    with pytest.raises(morandel.FormulaError) as caught:
+        morandel.Formula(text)
+    assert caught.value.position.character == next(i for i, c in enumerate(text) if c >= "\ud800")
+
+
 def test_a_computation_that_fails():
     with pytest.raises(morandel.FormulaError) as caught:
         morandel.evaluate("1 / (苹果 - 3)", 苹果=3)
