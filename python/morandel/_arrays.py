@@ -82,7 +82,8 @@ def _of_list(name: str, values: Any) -> Any:
         if any(isinstance(value, np.ma.MaskedArray) for value in values):
             stack: Any = np.ma.MaskedArray
             return stack(values)
-        return np.asarray(values)
+        array = np.asarray(values)
+        return np.array(values, dtype=object) if array.dtype.kind == "U" else array
     except ValueError as problem:
         raise ValueError(f"{name}: lists of different lengths: {problem}") from None
 

@@ -82,6 +82,8 @@ def test_lists_of_lists_are_as_lists():
     assert call(s=(("a", np.ma.masked), ["b", None])).tolist() == [["a!", None], ["b!", None]]
     with pytest.raises(TypeError, match="row 1: a text is needed, not int"):
         LENGTH(s=[["ab", 1234567], ["c", "d"]])
+    with pytest.raises(TypeError, match="row 2: a text is needed, not int"):
+        LENGTH(s=[np.array(["a", "b"]), [3, 4]])
     with pytest.raises(TypeError, match="x: row 2: a number is needed, not str"):
         DOUBLE(x=[[1, 2], ["3", 4]])
     assert np.isnan(DOUBLE(x=[[1, np.ma.masked], [3, 4]])).tolist() == [[False, True], [False, False]]
