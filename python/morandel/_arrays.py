@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Any, Iterator, List, Optional, Tuple
+from typing import Any, List, Optional, Tuple
 
 import numpy as np
 
@@ -12,13 +12,10 @@ NEITHER = "neither"
 
 
 # The class is asked, since labels of rows and columns are attributes of a Series and a DataFrame.
-def _has(value: Any, *names: str) -> bool:
-    return all(hasattr(type(value), name) for name in names)
-
-
 def is_series(value: Any) -> bool:
     """Whether it is a column of pandas, which need not be there."""
-    return _has(value, "dtype", "index", "array")
+    of = type(value)
+    return hasattr(of, "dtype") and hasattr(of, "index") and hasattr(of, "array")
 
 
 def has_categories(value: Any) -> bool:
@@ -27,15 +24,15 @@ def has_categories(value: Any) -> bool:
 
 def _is_of_pandas(value: Any) -> bool:
     """A Series, an index, or an array of its own."""
-    return _has(value, "dtype", "to_numpy") and hasattr(value.dtype, "kind")
+    return hasattr(type(value), "to_numpy") and hasattr(getattr(value, "dtype", None), "kind")
 
 
 def is_frame(value: Any) -> bool:
-    return _has(value, "columns")
+    return hasattr(type(value), "columns")
 
 
 def is_of_dask(value: Any) -> bool:
-    return _has(value, "map_partitions")
+    return hasattr(type(value), "map_partitions")
 
 
 def kind_of_type(dtype: Any) -> Optional[str]:
@@ -75,17 +72,30 @@ def of_pandas(value: Any) -> Any:
 
 def _of_list(name: str, values: Any) -> Any:
     """A list of texts stays what it is; NumPy would make texts of one length of all that is in it."""
-    values = _without_masked(values)
+    values = list(values)
+    types = _types(values)
+    if type(np.ma.masked) in types:
+        values = _without_masked(values)
     try:
-        if any(isinstance(value, str) or value is None for value in _in_lists(values)):
+        if any(issubclass(one, (str, type(None), type(np.ma.masked))) for one in types):
             return np.array(values, dtype=object)
-        if any(isinstance(value, np.ma.MaskedArray) for value in values):
+        if any(issubclass(one, np.ma.MaskedArray) for one in types):
             stack: Any = np.ma.MaskedArray
             return stack(values)
         array = np.asarray(values)
         return np.array(values, dtype=object) if array.dtype.kind == "U" else array
     except ValueError as problem:
         raise ValueError(f"{name}: lists of different lengths: {problem}") from None
+
+
+def _types(values: Any) -> "set[type]":
+    """Of all that is in a list and in the lists in it."""
+    types = set(map(type, values))
+    if any(issubclass(one, (list, tuple)) for one in types):
+        for value in values:
+            if isinstance(value, (list, tuple)):
+                types |= _types(value)
+    return types
 
 
 def _without_masked(values: Any) -> List[Any]:
@@ -97,14 +107,6 @@ def _without_masked(values: Any) -> List[Any]:
         else value
         for value in values
     ]
-
-
-def _in_lists(values: List[Any]) -> Iterator[Any]:
-    for value in values:
-        if isinstance(value, list):
-            yield from _in_lists(value)
-        else:
-            yield value
 
 
 def _without_mask(array: Any) -> Any:
