@@ -15,7 +15,7 @@ OnError = Literal["raise", "nan", "collect"]
 
 _KINDS = {_values.NUMBER: 1, _values.TEXT: 2}
 # Of a row that failed and does not when its error is asked for.
-_CHANGED: Told = (-1, 0, "值在计算时改变", "the values changed while they were computed", None, -1)
+_CHANGED: Told = (-1, 15, "值在计算时改变", "the values changed while they were computed", None, -1)
 
 
 def check_on_error(on_error: str) -> None:
