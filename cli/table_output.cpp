@@ -20,12 +20,23 @@ std::string json_text(const std::string& text) {
     return nlohmann::json(text).dump();
 }
 
-// A field's own digits, where they are a number of JSON.
+// JSON has no infinities and no NaN; they are given as texts.
+void append_json_number(std::string& out, const NumberFormat& format, double number) {
+    if (!std::isfinite(number)) out += '"';
+    format.append(out, number);
+    if (!std::isfinite(number)) out += '"';
+}
+
+// A field's own digits, where they are a number of JSON. An empty one is null, also where formulas
+// take it for 0.
 void append_own_number(std::string& out, std::string_view field, double number) {
-    if (nlohmann::json::accept(field)) {
-        out += trim(field);
+    const std::string_view digits = trim(field);
+    if (digits.empty()) {
+        out += "null";
+    } else if (std::isfinite(number) && nlohmann::json::accept(digits)) {
+        out += digits;
     } else {
-        append_number(out, number);
+        append_json_number(out, NumberFormat(), number);
     }
 }
 
@@ -121,8 +132,7 @@ void TableOutput::append_json(std::string& out, const TableBlock& block, Place p
     out += "}\n";
 }
 
-// JSON has no infinities and no NaN; they are given as texts. A number's field that is empty is
-// null, one that reads as no number a text.
+// A number's field that is empty is null, one that reads as no number a text.
 void TableOutput::append_json_value(std::string& out, std::size_t index, const TableBlock& block,
                                     Place place) const {
     double number = 0.0;
@@ -146,9 +156,7 @@ void TableOutput::append_json_value(std::string& out, std::size_t index, const T
     } else if (index < m_file_columns) {
         append_own_number(out, block.field(index, place.row), number);
     } else {
-        if (!std::isfinite(number)) out += '"';
-        m_style.numbers.append(out, number);
-        if (!std::isfinite(number)) out += '"';
+        append_json_number(out, m_style.numbers, number);
     }
 }
 
