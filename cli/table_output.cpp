@@ -14,6 +14,8 @@ namespace {
 
 using State = ComputedColumn::State;
 
+constexpr std::string_view blank_row = "\"\"";  // a blank line would be no row
+
 // JSON is UTF-8, whatever the table is.
 std::string json_text(const std::string& text) {
     if (!is_utf8(text)) throw EncodingError(say("a text is not UTF-8; is it --encoding gbk?"));
@@ -67,6 +69,7 @@ void TableOutput::choose(const Columns& columns, std::vector<WrittenColumn> writ
 void TableOutput::append_header(std::string& out, const Row& row, const Columns& columns,
                                 std::span<const Field> fields) const {
     if (m_style.json || !m_style.has_header) return;
+    const std::size_t start = out.size();
     for (std::size_t i = 0; i < m_written.size(); ++i) {
         if (i > 0) out += m_style.delimiter;
         const std::size_t index = m_written[i].title;
@@ -77,6 +80,7 @@ void TableOutput::append_header(std::string& out, const Row& row, const Columns&
             append_field(out, m_style.is_gbk ? to_gbk(title) : title, m_style.delimiter);
         }
     }
+    if (out.size() == start) out += blank_row;
     out += row.end;
 }
 
@@ -104,7 +108,7 @@ void TableOutput::append_row(std::string& out, const TableBlock& block, Place pl
             out += block.read.fields[row.first + index].raw;
         }
     }
-    if (out.size() == start) out += "\"\"";  // a blank line would be no row
+    if (out.size() == start) out += blank_row;
     out += row.end;
 }
 
