@@ -1,4 +1,4 @@
-// morandel without arguments: the prompt on a terminal, a formula a line from a pipe.
+// morandel without arguments: the prompt on a terminal, else a formula a line.
 
 #include <cstdio>
 #include <cstdlib>
@@ -51,11 +51,14 @@ int run_on_terminal(Session& session, bool quiet) {
     return 0;
 }
 
-int run_on_pipe(Session& session) {
+// Who types the lines, for output that goes elsewhere, sees each one's at once.
+int run_on_lines(Session& session) {
+    const bool is_typed = is_input_terminal();
     int status = 0;
     std::string line;
     while (!session.ended() && read_line(std::cin, line)) {
         if (!session.run(line)) status = 1;
+        if (is_typed) std::fflush(stdout);
     }
     return status;
 }
@@ -64,7 +67,8 @@ int run_on_pipe(Session& session) {
 
 int prompt_command(const Request& request) {
     Session session{Style(request)};
-    return is_input_terminal() ? run_on_terminal(session, request.quiet) : run_on_pipe(session);
+    const bool has_screen = is_input_terminal() && is_output_terminal();
+    return has_screen ? run_on_terminal(session, request.quiet) : run_on_lines(session);
 }
 
 }  // namespace morandel::cli

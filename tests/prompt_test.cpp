@@ -220,6 +220,24 @@ TEST(Prompt, HasColoursWhereTheyAreWanted) {
     EXPECT_EQ(t.exit_status(), 0);
 }
 
+// An editor of lines would have no screen there, and its banner would be among what is asked for.
+TEST(Prompt, ReadsPlainLinesWhereTheOutputIsNoTerminal) {
+    Terminal ended("C.UTF-8", false, "$MORANDEL | sed 's/^/got /'; echo status $?");
+    ended.type_on("6*7\n\x04");
+    const std::string screen = ended.screen();
+    EXPECT_NE(screen.find("got 42\r\nstatus 0"), std::string::npos) << screen;
+    EXPECT_EQ(screen.find("Morandel"), std::string::npos) << screen;
+    EXPECT_EQ(screen.find("> "), std::string::npos) << screen;
+
+    Terminal interrupted(
+        "C.UTF-8", false,
+        "trap 'echo caught' INT; $MORANDEL | { trap '' INT; sed -u 's/^/got /'; }");
+    interrupted.type_on("6*7\n");
+    EXPECT_TRUE(interrupted.shows("got 42"));
+    interrupted.type_on("\x03");
+    EXPECT_TRUE(interrupted.shows("caught"));
+}
+
 // A bar that is due, since what is read comes slowly.
 constexpr char slow_table[] = "{ printf 'a\\n1\\n'; sleep 0.3; printf 'x\\n3\\n'; }";
 
