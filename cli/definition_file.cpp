@@ -24,8 +24,6 @@ std::string_view without_comment(std::string_view line) {
     return line;
 }
 
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
-
 class Reader {
   public:
     Reader(Definitions& definitions, const Faults& faults, bool is_gbk, SameName same_name)

@@ -15,6 +15,9 @@ class EncodingError : public Problem {
     using Problem::Problem;
 };
 
+// Which some programs write before UTF-8.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 bool is_utf8(std::string_view text);
 
 std::string to_gbk(std::string_view utf8);

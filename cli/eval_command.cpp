@@ -29,7 +29,6 @@ std::string read_formula(const std::string& file) {
         throw Problem(
             say("{0}: {1}", file, say("the formula is longer than 512 bytes of code page 936")));
     }
-    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     if (begins_as_utf16(text)) {
         throw Problem(say("{0}: {1}", file, say("it is UTF-16; save it as UTF-8")));
     }

@@ -8,6 +8,7 @@
 
 #include "cli/color.h"
 #include "cli/commands.h"
+#include "cli/encoding.h"
 #include "cli/line_reader.h"
 #include "cli/lines.h"
 #include "cli/session.h"
@@ -56,7 +57,8 @@ int run_on_lines(Session& session) {
     const bool is_typed = is_input_terminal();
     int status = 0;
     std::string line;
-    while (!session.ended() && read_line(std::cin, line)) {
+    for (bool is_first = true; !session.ended() && read_line(std::cin, line); is_first = false) {
+        if (is_first && line.starts_with(byte_order_mark)) line.erase(0, byte_order_mark.size());
         if (!session.run(line)) status = 1;
         if (is_typed) std::fflush(stdout);
     }

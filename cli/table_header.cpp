@@ -24,7 +24,7 @@ std::string Table::title_of_gbk(std::string_view title) const {
 
 // A file in another encoding can still be worked with, by the columns that can be read.
 void Table::warn_of_encoding(const Row& row) const {
-    const bool is_other = m_style.is_gbk ? row.raw.starts_with("\xEF\xBB\xBF") : !is_utf8(row.raw);
+    const bool is_other = m_style.is_gbk ? row.raw.starts_with(byte_order_mark) : !is_utf8(row.raw);
     if (!is_other) return;
     const Message message =
         m_style.is_gbk ? say("{0} begins with the mark of UTF-8; is it --encoding utf-8?", m_source)
@@ -50,7 +50,7 @@ void Table::take_header(const Row& row, std::span<const Field> all_fields, bool 
     bind_all();
     warn();
     choose_columns();
-    std::string header = has_mark && !m_style.json ? "\xEF\xBB\xBF" : "";
+    std::string header(has_mark && !m_style.json ? byte_order_mark : "");
     m_output.append_header(header, row, m_columns, fields);
     if (header.empty()) return;
     m_writer.write([header = std::move(header)](std::string& text) { text += header; });

@@ -15,7 +15,6 @@ constexpr std::size_t blocks = 4;
 constexpr std::size_t block_size = std::size_t{64} * 1024;
 constexpr std::size_t large_block = 16 * block_size;
 constexpr std::chrono::milliseconds most_patience{200};
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 }  // namespace
 
