@@ -76,7 +76,7 @@ class Reader {
             trim(text.substr(0, equals - (definition.is_computed ? 1 : 0)));
         const std::string_view value = trim(text.substr(equals + 1));
         if (!is_plain_name(name)) return complain(say("no name to define: '{0}'", name));
-        definition.name = to_gbk(name);
+        definition.name = read_name(name);
         if (m_same_name == SameName::is_a_fault && m_definitions.has(definition.name)) {
             return complain(say("{0} is defined already", name));
         }

@@ -54,7 +54,7 @@ bool Session::evaluate(std::string_view formula) {
 
 bool Session::assign(std::string_view name, std::string_view value) {
     Definition definition;
-    definition.name = to_gbk(name);
+    definition.name = read_name(name);
     if (is_given_value(value)) {
         definition.value = read_value(value);
     } else {
@@ -73,7 +73,7 @@ bool Session::define(std::string_view name, std::string_view formula) {
     if (!loaded.succeeded) return print_outcome(loaded, m_style) == 0;
     if (!warn(formula)) return false;
     Definition definition;
-    definition.name = to_gbk(name);
+    definition.name = read_name(name);
     definition.formula = formula;
     definition.is_computed = true;
     m_definitions.set(std::move(definition));

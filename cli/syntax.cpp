@@ -22,10 +22,10 @@ class Grammar {
   public:
     explicit Grammar(std::string_view formula) : m_tokens(tokens_of(formula)) {}
 
+    // What a name cannot have makes other tokens of what follows, and any fault is due to it.
     std::optional<Remark> run() {
-        if (is_at_end()) return remark_on_start();
-        if (!sum()) return m_fault;
-        if (!is_at_end() && !current().is("!")) leave_over();
+        find_fault();
+        if (m_fault) find_unnameable();
         return m_fault;
     }
 
@@ -43,15 +43,30 @@ class Grammar {
         return false;
     }
 
-    std::optional<Remark> remark_on_start() {
-        if (current().kind == TokenKind::end) return std::nullopt;
-        fail_at_ignored();
-        return m_fault;
+    void find_fault() {
+        if (current().kind == TokenKind::end) return;
+        if (current().kind == TokenKind::ignored) {
+            fail_at_ignored();
+        } else if (sum() && !is_at_end() && !current().is("!")) {
+            leave_over();
+        }
+    }
+
+    void find_unnameable() {
+        for (const FormulaToken& token : m_tokens) {
+            if (token.kind != TokenKind::name) continue;
+            const std::string_view character = unnameable_in(token.text);
+            if (character.empty()) continue;
+            const auto before = static_cast<std::size_t>(character.data() - token.text.data());
+            m_fault = Remark{token.position + before, character.size(),
+                             say("a name cannot have '{0}'", shown(character))};
+            return;
+        }
     }
 
     bool fail_at_ignored() {
         FormulaToken first = current();
-        first.text = first.text.substr(0, static_cast<unsigned char>(first.text[0]) < 0x80 ? 1 : 2);
+        first.text = first.text.substr(0, character_size(first.text[0]));
         return fail(first, say("nothing in a formula begins with '{0}'", shown(first.text)));
     }
 
@@ -220,6 +235,9 @@ std::string_view joined_relation(std::string_view name) {
 Message name_without_value(std::string_view name, std::span<const std::string> names) {
     const std::string text = shown(name);
     const std::string_view relation = joined_relation(name);
+    if (const std::string_view character = unnameable_in(name); !character.empty()) {
+        return say("{0} has no value; a name cannot have '{1}'", text, shown(character));
+    }
     const std::size_t percent = name.find('%');
     if (name.size() > 1 && percent < name.find_first_of("<>=")) {
         return say("{0} has no value; '%' is no operator, a remainder is mod(x, y)", text);

@@ -42,6 +42,11 @@ Message no_column(const std::string& name, const Columns& columns) {
     if (const auto relation = joined_relation(name); !relation.empty()) {
         return say("there is no column '{0}'; blanks are needed around '{1}'", name, relation);
     }
+    const std::string gbk = to_gbk(name);
+    if (const std::string_view character = unnameable_in(gbk); !character.empty()) {
+        return say("there is no column '{0}'; write _ for '{1}', which a name cannot have", name,
+                   to_utf8(character));
+    }
     const std::string close = closest(name, columns.names());
     if (close.empty()) return say("there is no column '{0}'", name);
     return say("there is no column '{0}'; did you mean {1}?", name, close);

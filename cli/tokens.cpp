@@ -123,8 +123,18 @@ std::vector<FormulaToken> tokens_of(std::string_view formula) {
     }
 }
 
+std::size_t character_size(char first) { return static_cast<unsigned char>(first) > 0x80 ? 2 : 1; }
+
 bool is_reserved(std::string_view name) {
     return find_function(name) != nullptr || is_among(words, name) || is_among(constants, name);
+}
+
+std::string_view unnameable_in(std::string_view name) {
+    for (std::size_t i = 0; i < name.size(); i += character_size(name[i])) {
+        const auto byte = static_cast<unsigned char>(name[i]);
+        if (byte >= 0x80 && !is_lead(name[i])) return name.substr(i, character_size(name[i]));
+    }
+    return {};
 }
 
 bool is_plain_name(std::string_view name) {

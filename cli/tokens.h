@@ -45,9 +45,14 @@ struct FormulaToken {
 // At least one; the last one is end or ignored. The texts lie in the formula.
 std::vector<FormulaToken> tokens_of(std::string_view formula);
 
+// Of code page 936, in bytes, by its first one.
+std::size_t character_size(char first);
 // Functions, constants and word operators, whatever their case.
 bool is_reserved(std::string_view name);
 // Whether a value can be given to a name like this; formulas know more names.
 bool is_plain_name(std::string_view name);
+// The first character in it that no name can have, as its first byte begins none to the engine,
+// which then takes its second byte for another character; else nothing.
+std::string_view unnameable_in(std::string_view name);
 
 }  // namespace morandel::cli

@@ -41,12 +41,19 @@ bool is_given_value(std::string_view value) {
     return quoted || read_number(value, number);
 }
 
+std::string read_name(std::string_view name) {
+    std::string gbk = to_gbk(name);
+    const std::string_view character = unnameable_in(gbk);
+    if (character.empty()) return gbk;
+    throw EncodingError(say("{0}: {1}", name, say("a name cannot have '{0}'", to_utf8(character))));
+}
+
 Variable read_variable(std::string_view definition) {
     const std::size_t equals = definition.find('=');
     if (equals == std::string_view::npos || equals == 0) {
         throw UsageError(say("expected name=value, got '{0}'", definition));
     }
-    return {to_gbk(definition.substr(0, equals)), read_value(definition.substr(equals + 1))};
+    return {read_name(definition.substr(0, equals)), read_value(definition.substr(equals + 1))};
 }
 
 std::vector<Variable> read_texts(const std::vector<std::string>& operands, std::size_t first) {

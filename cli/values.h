@@ -10,6 +10,10 @@
 
 namespace morandel::cli {
 
+// A name to be given a value, in code page 936. Throws EncodingError for one that formulas cannot
+// have.
+std::string read_name(std::string_view name);
+
 // "name=value": a value that reads as a number is one, any other is a text, and "..." is a text
 // without its quotes.
 Variable read_variable(std::string_view definition);
