@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/encoding.h"
 #include "cli/lines.h"
 #include "cli/messages.h"
 #include "cli/tokens.h"
@@ -9,11 +10,13 @@
 namespace morandel::cli {
 
 std::string name_of_title(std::string_view title) {
-    std::string name(trim(title));
+    std::string name;
     const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
-    for (char& c : name) {
-        const bool is_letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-        if (!is_letter && !is_digit(c) && static_cast<unsigned char>(c) < 0x80) c = '_';
+    for (const auto& [utf8, gbk] : characters_of(trim(title))) {
+        const char first = utf8.front();
+        const bool is_letter = (first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z');
+        const bool is_other = gbk.size() > 1 && unnameable_in(gbk).empty();
+        name += is_letter || is_digit(first) || is_other ? utf8 : "_";
     }
     if (!name.empty() && (is_digit(name.front()) || is_reserved(name))) name.insert(0, "_");
     return name;

@@ -33,6 +33,28 @@ bool is_utf8(std::string_view text) {
     return true;
 }
 
+std::vector<Character> characters_of(std::string_view utf8) {
+    std::vector<Character> characters;
+    while (!utf8.empty()) {
+        std::size_t size = 1;
+        const auto goes_on = [&](char c) {
+            return (static_cast<unsigned char>(c) & 0xC0U) == 0x80;
+        };
+        while (static_cast<unsigned char>(utf8[0]) >= 0xC0 && size < utf8.size() &&
+               goes_on(utf8[size])) {
+            ++size;
+        }
+        Character character{utf8.substr(0, size), {}};
+        if (const auto problem = formula::to_bytes(character.utf8, character.gbk)) {
+            const bool is_byte = problem->reason == MORANDEL_REASON_NOT_UTF8;
+            character = {utf8.substr(0, is_byte ? 1 : size), {}};
+        }
+        utf8.remove_prefix(character.utf8.size());
+        characters.push_back(std::move(character));
+    }
+    return characters;
+}
+
 std::string to_gbk(std::string_view utf8) {
     if (is_ascii(utf8)) return std::string(utf8);
     std::string gbk;

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/messages.h"
 
@@ -19,6 +20,13 @@ class EncodingError : public Problem {
 inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 bool is_utf8(std::string_view text);
+
+// The characters of a text in turn, in both; a byte that is no UTF-8 is one of them.
+struct Character {
+    std::string_view utf8;
+    std::string gbk;  // empty where there is none
+};
+std::vector<Character> characters_of(std::string_view utf8);
 
 std::string to_gbk(std::string_view utf8);
 std::string to_utf8(std::string_view gbk);

@@ -75,7 +75,8 @@ void Table::bind_all() {
 }
 
 bool Table::is_given(std::string_view name) const {
-    return std::ranges::find(m_given, to_gbk(name), &Variable::name) != m_given.end();
+    return std::ranges::any_of(
+        m_given, [name](const Variable& given) { return to_utf8(given.name) == name; });
 }
 
 // What is asked to be a text or a number is there, and not asked to be both.
