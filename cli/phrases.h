@@ -84,6 +84,7 @@ inline constexpr Phrase phrases[] = {
     {"'{0}' is ignored; a number has one point, with a digit before it", "“{0}”被忽略；数值只有一个小数点，前面要有数字"},
     {"'{0}' is ignored; commas stand in calls only", "“{0}”被忽略；逗号只用于函数的参数之间"},
     {"'!=' is a factorial and a comparison; unequal is '<>'", "“!=”是阶乘加比较；不等于写作“<>”"},
+    {"{0} is read as the digits of the constant, even in quotes", "{0} 即使写在引号中也被读作该常数的数字"},
     {"'{0}' binds before '{1}' here; put what belongs together in parentheses", "这里“{0}”先于“{1}”结合；请把同属一体的内容写在括号中"},
     {"a strcat as a further text breaks the one around it; put it first", "strcat 作为后面的参数会使外层的 strcat 失效；请把它作为第一个参数"},
     {"{0} takes what the call around it needs; give {0} all its arguments", "{0} 会取走外层函数需要的值；请给全 {0} 的参数"},

@@ -50,6 +50,7 @@ class Finder {
     std::vector<Warning> run() {
         find_ignored();
         find_misread();
+        find_quoted_constants();
         for (std::size_t i = 0; i < m_tree.nodes.size(); ++i) {
             if (m_tree.nodes[i].type == Node::Type::call) find_wrong_count(i);
             find_wrong_kind(i);
@@ -89,6 +90,19 @@ class Finder {
             }
             add(token.position, 2, WarningKind::misread,
                 say("'!=' is a factorial and a comparison; unequal is '<>'"));
+        }
+    }
+
+    // Other reserved words in quotes are no texts at all.
+    void find_quoted_constants() {
+        for (std::size_t i = 0; i < m_tree.stopped; ++i) {
+            const FormulaToken& token = m_tree.tokens[i];
+            const bool is_constant = token.kind == TokenKind::text &&
+                                     is_reserved(token.text.substr(1, token.text.size() - 2));
+            if (!is_constant) continue;
+            add(token, WarningKind::misread,
+                say("{0} is read as the digits of the constant, even in quotes",
+                    shown(token.text)));
         }
     }
 
