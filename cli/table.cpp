@@ -29,11 +29,13 @@ bool holds(const ComputedColumn& condition, std::size_t index) {
 TableFormula read_added(const std::string& text) {
     const std::size_t equals = text.find('=');
     const std::string_view whole = text;
-    if (equals == std::string::npos || trim(whole.substr(0, equals)).empty()) {
+    std::string_view title = whole.substr(0, equals);
+    if (title.ends_with(':')) title.remove_suffix(1);
+    title = trim(title);
+    if (equals == std::string::npos || title.empty()) {
         throw UsageError(say("expected --add 'column = formula', got '{0}'", text));
     }
-    return {std::string(trim(whole.substr(0, equals))),
-            std::string(trim(whole.substr(equals + 1)))};
+    return {std::string(title), std::string(trim(whole.substr(equals + 1)))};
 }
 
 }  // namespace
