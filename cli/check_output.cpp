@@ -65,7 +65,7 @@ Remark place_of(const CheckexpressionError& fault, const Tree& tree) {
 }
 
 void print_fault(const Warning& fault, const std::string& formula) {
-    print_line(fault.message.shown());
+    print_line(without_control(fault.message.shown()));
     print_line(painted_picture(picture(formula, fault.position, fault.length), stdout));
 }
 

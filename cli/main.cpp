@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
         print_problem(problem.message());
         status = wrong_usage;
     } catch (const Problem& problem) {
-        print_problem(problem.message());
+        print_problem(problem.message(), problem.picture());
         status = failure;
     } catch (const std::exception& problem) {
         print_problem({problem.what(), problem.what()});

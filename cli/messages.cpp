@@ -15,13 +15,28 @@ std::string fill_one(std::string_view sentence, std::span<const Filling> filling
             filled += sentence[i];
             continue;
         }
-        filled += (fillings[static_cast<std::size_t>(sentence[i + 1] - '0')].*text)();
+        const std::string& filling =
+            (fillings[static_cast<std::size_t>(sentence[i + 1] - '0')].*text)();
         i += 2;
+        const std::string_view rest = sentence.substr(i + 1);
+        const bool is_quoted = rest.starts_with('\'') || rest.starts_with("”");
+        filled += is_quoted ? shortened(filling) : filling;
     }
     return filled;
 }
 
 }  // namespace
+
+std::string shortened(std::string_view text) {
+    constexpr std::size_t most = 60;
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool begins_character = (static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80;
+        const bool is_enough = (begins_character && ++characters > most) || i >= 4 * most;
+        if (is_enough) return std::string(text.substr(0, i)) + "...";
+    }
+    return std::string(text);
+}
 
 Message fill(const Phrase& phrase, std::span<const Filling> fillings) {
     return {fill_one(phrase.english, fillings, &Filling::english),

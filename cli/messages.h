@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "cli/language.h"
 #include "cli/phrases.h"
@@ -62,6 +63,10 @@ class Filling {
     std::string m_chinese;
 };
 
+// The first 60 characters of a longer text, and "...".
+std::string shortened(std::string_view text);
+
+// What a sentence quotes is shortened.
 Message fill(const Phrase& phrase, std::span<const Filling> fillings);
 
 template <class... Fillings>
@@ -73,12 +78,17 @@ Message say(Sentence sentence, const Fillings&... fillings) {
 // Ends what was begun; the command tells it.
 class Problem : public std::runtime_error {
   public:
-    explicit Problem(Message message)
-        : std::runtime_error(message.english), m_message(std::move(message)) {}
+    // The picture shows the place in a formula, if there is one.
+    explicit Problem(Message message, std::string picture = {})
+        : std::runtime_error(message.english),
+          m_message(std::move(message)),
+          m_picture(std::move(picture)) {}
     [[nodiscard]] const Message& message() const { return m_message; }
+    [[nodiscard]] const std::string& picture() const { return m_picture; }
 
   private:
     Message m_message;
+    std::string m_picture;
 };
 
 // Wrong use of the command, exit status 2.

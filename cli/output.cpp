@@ -1,6 +1,5 @@
 #include "cli/output.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -80,13 +79,17 @@ void print_problem(const Message& problem, const std::string& picture) {
     print_note(Paint::problem, "morandel:", problem, picture);
 }
 
-// What a file holds must not steer a terminal.
-std::string without_control(std::string text) {
-    std::ranges::replace_if(
-        text,
-        [](char c) { return (static_cast<unsigned char>(c) < 0x20 && c != '\n') || c == '\x7F'; },
-        '?');
-    return text;
+// Those of two bytes too.
+std::string without_control(std::string_view text) {
+    std::string shown;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
+        const bool has_two = byte == 0xC2 && next >= 0x80 && next < 0xA0;
+        shown += byte < 0x20 || byte == 0x7F || has_two ? '?' : text[i];
+        if (has_two) ++i;
+    }
+    return shown;
 }
 
 void print_note(Paint paint, std::string_view label, const Message& text,

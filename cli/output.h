@@ -4,6 +4,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <string_view>
 
 #include "cli/color.h"
 #include "cli/commands.h"
@@ -43,6 +44,10 @@ void print_line(const std::string& line);
 void print_line(const nlohmann::json& object);
 // Its value without an exponent where the numbers are plain.
 void print_line(const nlohmann::json& object, const NumberFormat& numbers);
+
+// What a file holds must neither steer a terminal nor look like lines of the command's own: control
+// characters and line ends become question marks.
+std::string without_control(std::string_view text);
 
 // Prints "morandel: ..." to standard error, and what shows the place below it.
 void print_problem(const Message& problem, const std::string& picture = {});

@@ -140,7 +140,6 @@ inline constexpr Phrase phrases[] = {
     {"'{0}' may be column {1} ('{2}') or column {3} ('{4}')", "“{0}”可能是第 {1} 列（“{2}”），也可能是第 {3} 列（“{4}”）"},
     {"{0} has no rows", "{0} 没有数据行"},
     {"{0} has no column '{1}'; did you mean {2}?", "{0} 没有“{1}”列；是不是 {2}？"},
-    {"{0}: {1}{2}", "{0}：{1}{2}"},
     {"{0}: {1} more such messages", "{0}：还有 {1} 条同样的消息"},
     {"a condition is a number, not a text", "条件应为数值，不是字符串"},
     {"each needs --add, --where or --select; see morandel help each", "each 需要 --add、--where 或 --select；见 morandel help each"},

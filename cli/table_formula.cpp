@@ -65,7 +65,8 @@ TableFormula::TableFormula(std::string title, std::string formula)
     : m_title(std::move(title)), m_formula(std::move(formula)) {}
 
 Message TableFormula::shown_title() const {
-    return m_title.empty() ? Message{"--where", "--where"} : Message{m_title, m_title};
+    const std::string title = m_title.empty() ? "--where" : shortened(m_title);
+    return {title, title};
 }
 
 Kind TableFormula::kind_of_name(std::string_view name) const {
@@ -90,9 +91,7 @@ void TableFormula::bind(const Columns& columns, const std::vector<Variable>& giv
     Evaluator evaluator;
     const Outcome loaded = evaluator.load(m_formula);
     if (!loaded.succeeded) {
-        const Message picture{'\n' + loaded.picture, '\n' + loaded.picture};
-        throw Problem(say("{0}: {1}{2}", shown, failure_message(loaded),
-                          loaded.picture.empty() ? Message() : picture));
+        throw Problem(say("{0}: {1}", shown, failure_message(loaded)), loaded.picture);
     }
     for (const FreeVariable& used : evaluator.free_variables()) {
         const std::string name = to_gbk(used.name);
@@ -116,7 +115,7 @@ void TableFormula::bind(const Columns& columns, const std::vector<Variable>& giv
             throw Problem(say("{0}: {1}", shown, no_column(used.name, columns)));
         }
         m_sources.push_back({name, *column, is_text(used.name, *column, by_default)});
-        m_titles.push_back(columns[*column].title);
+        m_titles.push_back(shortened(columns[*column].title));
     }
     if (m_sources.size() + m_constants.size() > std::size_t{CExpress::max_parameters}) {
         throw Problem(say("{0}: the formula uses more than 50 names", shown));

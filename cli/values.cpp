@@ -45,7 +45,8 @@ std::string read_name(std::string_view name) {
     std::string gbk = to_gbk(name);
     const std::string_view character = unnameable_in(gbk);
     if (character.empty()) return gbk;
-    throw EncodingError(say("{0}: {1}", name, say("a name cannot have '{0}'", to_utf8(character))));
+    throw EncodingError(
+        say("{0}: {1}", shortened(name), say("a name cannot have '{0}'", to_utf8(character))));
 }
 
 Variable read_variable(std::string_view definition) {
