@@ -67,7 +67,10 @@ class Grammar {
     bool fail_at_ignored() {
         FormulaToken first = current();
         first.text = first.text.substr(0, character_size(first.text[0]));
-        return fail(first, say("nothing in a formula begins with '{0}'", shown(first.text)));
+        const Message control = control_name(first.text[0]);
+        return fail(first, control.empty()
+                               ? say("nothing in a formula begins with '{0}'", shown(first.text))
+                               : say("nothing in a formula begins with {0}", control));
     }
 
     bool sum() {
@@ -225,6 +228,15 @@ class Grammar {
 
 std::optional<Remark> find_syntax_fault(std::string_view formula) { return Grammar(formula).run(); }
 
+Message control_name(char character) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code == '\t') return say("a tab");
+    if (code == '\n' || code == '\r') return say("a line end");
+    if (code >= 0x20 && code != 0x7F) return {};
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    return say("the control character 0x{0}", std::string{digits[code >> 4U], digits[code & 0xFU]});
+}
+
 // A relation without blanks is part of a name.
 std::string_view joined_relation(std::string_view name) {
     const std::size_t begin = name.find_first_of("<>=");
@@ -237,6 +249,9 @@ Message name_without_value(std::string_view name, std::span<const std::string> n
     const std::string_view relation = joined_relation(name);
     if (const std::string_view character = unnameable_in(name); !character.empty()) {
         return say("{0} has no value; a name cannot have '{1}'", text, shown(character));
+    }
+    if (name.find('\t') != std::string_view::npos) {
+        return say("{0} has no value; the tab in it is part of the name", text);
     }
     const std::size_t percent = name.find('%');
     if (name.size() > 1 && percent < name.find_first_of("<>=")) {

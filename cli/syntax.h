@@ -23,10 +23,13 @@ struct Remark {
 // it.
 std::optional<Remark> find_syntax_fault(std::string_view formula);
 
-// Of a name that has no value, or that is no function; both offer what is spelled nearly so.
+// What a message calls a character that cannot be shown; empty for others.
+Message control_name(char character);
+
 // The relation that a name holds, for want of blanks around it; else nothing.
 std::string_view joined_relation(std::string_view name);
 
+// Of a name that has no value, or that is no function; both offer what is spelled nearly so.
 Message name_without_value(std::string_view name, std::span<const std::string> names);
 Message no_such_function(std::string_view name);
 

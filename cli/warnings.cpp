@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cli/encoding.h"
+#include "cli/syntax.h"
 #include "cli/tree.h"
 #include "language/functions.h"
 
@@ -75,6 +76,10 @@ class Finder {
         const std::string_view rest = m_formula.substr(token.position);
         const std::size_t size = rest.find_last_not_of(' ') + 1;
         const std::string text = shown(rest.substr(0, size));
+        if (const Message control = control_name(rest[0]); !control.empty()) {
+            return add(token.position, size, WarningKind::ignored_text,
+                       say("{0} and all that follows it is ignored", control));
+        }
         const auto* instead = std::ranges::find_if(
             insteads, [&](const Instead& row) { return rest.starts_with(row.beginning); });
         add(token.position, size, WarningKind::ignored_text,
