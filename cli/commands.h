@@ -24,7 +24,7 @@ struct Request {
     std::string file;                 // eval: the formula's
     std::vector<std::string> get;     // calc: the names to print
     std::vector<std::string> add;     // each: "column = formula"
-    std::string where;                // each: the rows to keep
+    std::vector<std::string> where;   // each: the rows to keep, for which all hold
     std::vector<std::string> select;  // each: the columns to write
     std::string output;               // each: the file to write
     std::string delimiter;            // each: between fields

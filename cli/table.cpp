@@ -22,10 +22,6 @@ EmptyFields empty_fields_of(const std::string& choice) {
 
 using State = ComputedColumn::State;
 
-bool holds(const ComputedColumn& condition, std::size_t index) {
-    return condition.states[index] == State::number && condition.numbers[index] != 0.0;
-}
-
 TableFormula read_added(const std::string& text) {
     const std::size_t equals = text.find('=');
     const std::string_view whole = text;
@@ -39,6 +35,10 @@ TableFormula read_added(const std::string& text) {
 }
 
 }  // namespace
+
+bool Table::Condition::holds(std::size_t index) const {
+    return results.states[index] == State::number && results.numbers[index] != 0.0;
+}
 
 Table::Table(const Request& request, Message source, std::size_t first_value, char delimiter)
     : m_request(request),
@@ -54,8 +54,10 @@ Table::Table(const Request& request, Message source, std::size_t first_value, ch
       m_writer(request.output),
       m_progress(!request.output.empty()) {
     for (const std::string& text : request.add) m_added.push_back(read_added(text));
-    if (!request.where.empty()) m_condition.emplace("", request.where);
-    if (m_added.empty() && !m_condition && request.select.empty()) {
+    for (const std::string& text : request.where) {
+        m_conditions.push_back({TableFormula("", text), false, {}});
+    }
+    if (m_added.empty() && m_conditions.empty() && request.select.empty()) {
         throw UsageError(say("each needs --add, --where or --select; see morandel help each"));
     }
 }
@@ -103,7 +105,9 @@ bool Table::take_rows(std::shared_ptr<TableBlock> block, bool has_header) {
     m_block->begin(m_file_columns.size(), m_added.size(), m_style.is_gbk, m_empty_fields);
     choose_rows(first);
     for (std::size_t i = 0; i < m_added.size(); ++i) compute_added(i);
-    if (m_condition && m_condition_comes_last) m_condition->compute(*m_block, m_holds);
+    for (Condition& condition : m_conditions) {
+        if (condition.comes_last) condition.formula.compute(*m_block, condition.results);
+    }
 
     std::size_t chosen = 0;
     Verdict verdict = Verdict::keep;
@@ -112,7 +116,7 @@ bool Table::take_rows(std::shared_ptr<TableBlock> block, bool has_header) {
         if (chosen < m_block->chosen() && m_block->chosen_place(chosen).row == row) {
             verdict = judge_row({row, chosen++});
         } else {
-            verdict = judge_condition({row, row - first});
+            verdict = judge_conditions({row, row - first}, false);
         }
         if (verdict == Verdict::stop) break;
     }
@@ -129,26 +133,34 @@ void Table::compute_added(std::size_t index) {
     }
 }
 
-// Rows that a condition on the file's own columns leaves out are not computed.
+// Rows that conditions on the file's own columns leave out are not computed.
 void Table::choose_rows(std::size_t first) {
     std::vector<std::size_t> rows(m_block->read.rows.size() - first);
     std::iota(rows.begin(), rows.end(), first);
     m_block->choose(rows);
-    if (!m_condition || m_condition_comes_last) return;
-    m_condition->compute(*m_block, m_holds);
+    for (Condition& condition : m_conditions) {
+        if (!condition.comes_last) condition.formula.compute(*m_block, condition.results);
+    }
     std::vector<std::size_t> chosen;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (m_block->is_too_long(rows[i]) || holds(m_holds, i)) chosen.push_back(rows[i]);
+        const bool all_hold = std::ranges::all_of(m_conditions, [i](const Condition& condition) {
+            return condition.comes_last || condition.holds(i);
+        });
+        if (m_block->is_too_long(rows[i]) || all_hold) chosen.push_back(rows[i]);
     }
     if (chosen.size() < rows.size()) m_block->choose(std::move(chosen));
 }
 
-Table::Verdict Table::judge_condition(Place place) {
-    const State state = m_holds.states[place.chosen];
-    if (holds(m_holds, place.chosen)) return Verdict::keep;
-    if (state != State::failed && state != State::text) return Verdict::leave_out;
-    const Verdict verdict = tolerate(&*m_condition, place);
-    return verdict == Verdict::keep ? Verdict::leave_out : verdict;
+// The first one that does not hold decides.
+Table::Verdict Table::judge_conditions(Place place, bool come_last) {
+    for (const Condition& condition : m_conditions) {
+        if (condition.comes_last != come_last || condition.holds(place.chosen)) continue;
+        const State state = condition.results.states[place.chosen];
+        if (state != State::failed && state != State::text) return Verdict::leave_out;
+        const Verdict verdict = tolerate(&condition.formula, place);
+        return verdict == Verdict::keep ? Verdict::leave_out : verdict;
+    }
+    return Verdict::keep;
 }
 
 Table::Verdict Table::judge_row(Place place) {
@@ -161,20 +173,20 @@ Table::Verdict Table::judge_row(Place place) {
         const Verdict verdict = tolerate(&m_added[i], place);
         if (verdict != Verdict::keep) return verdict;
     }
-    if (m_condition && m_condition_comes_last) {
-        const Verdict verdict = judge_condition(place);
-        if (verdict != Verdict::keep) return verdict;
-    }
+    const Verdict verdict = judge_conditions(place, true);
+    if (verdict != Verdict::keep) return verdict;
     m_kept.push_back(place);
     return Verdict::keep;
 }
 
 Outcome Table::explain(const TableFormula* formula, Place place) const {
-    const bool is_condition = m_condition && formula == &*m_condition;
+    const auto condition = std::ranges::find_if(
+        m_conditions, [formula](const Condition& each) { return &each.formula == formula; });
+    const bool is_condition = condition != m_conditions.end();
     if (!is_condition && m_block->is_too_long(place.row)) {
         return failed(say("the row has more fields than the header"));
     }
-    if (is_condition && m_holds.states[place.chosen] == State::text) {
+    if (is_condition && condition->results.states[place.chosen] == State::text) {
         return failed(say("a condition is a number, not a text"));
     }
     return formula->explain(*m_block, place);

@@ -32,12 +32,20 @@ class Table {
   private:
     enum class OnError { stop, skip, leave_empty };
 
+    struct Condition {
+        TableFormula formula;
+        bool comes_last = false;  // since it needs a computed column
+        ComputedColumn results;
+
+        [[nodiscard]] bool holds(std::size_t index) const;
+    };
+
     void take_header(const Row& row, std::span<const Field> fields, bool has_mark);
     void warn_of_encoding(const Row& row) const;
     [[nodiscard]] std::string title_of_gbk(std::string_view title) const;
     void bind(TableFormula& formula, const Columns& columns);
     void bind_all();
-    void bind_condition();
+    void bind(Condition& condition);
     void check_kinds() const;
     [[nodiscard]] bool is_given(std::string_view name) const;
     void warn() const;
@@ -50,7 +58,7 @@ class Table {
     void choose_rows(std::size_t first);
     void compute_added(std::size_t index);
     enum class Verdict { keep, leave_out, stop };
-    Verdict judge_condition(Place place);
+    Verdict judge_conditions(Place place, bool come_last);
     Verdict judge_row(Place place);
     Verdict tolerate(const TableFormula* formula, Place place);
     [[nodiscard]] Outcome explain(const TableFormula* formula, Place place) const;
@@ -64,14 +72,12 @@ class Table {
     EmptyFields m_empty_fields;
     std::vector<Variable> m_given;
     std::vector<TableFormula> m_added;
-    std::optional<TableFormula> m_condition;
-    bool m_condition_comes_last = false;
+    std::vector<Condition> m_conditions;
 
     Columns m_file_columns;
     Columns m_columns;            // the file's and those that are computed so far
     std::vector<bool> m_texts;    // of the file's columns, those that some formula takes for a text
     std::vector<bool> m_numbers;  // or for a number
-    ComputedColumn m_holds;       // what the condition gave
     TableOutput m_output;
     TableWriter m_writer;
     Progress m_progress;

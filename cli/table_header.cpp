@@ -56,21 +56,21 @@ void Table::take_header(const Row& row, std::span<const Field> all_fields, bool 
     m_writer.write([header = std::move(header)](std::string& text) { text += header; });
 }
 
-// A condition on the file's own columns is judged first, so that rows that it leaves out are not
-// computed; one that needs a computed column comes last.
+// Conditions on the file's own columns are judged first, so that rows that they leave out are not
+// computed; those that need a computed column come last.
 void Table::bind_all() {
     for (TableFormula& formula : m_added) {
         bind(formula, m_columns);
         m_columns.add(formula.title(), true);
     }
     check_kinds();
-    if (m_condition) bind_condition();
+    for (Condition& condition : m_conditions) bind(condition);
     std::vector<std::string> used;
     const auto add_names = [&used](const TableFormula& formula) {
         for (const std::string& name : formula.names()) used.push_back(to_gbk(name));
     };
     for (const TableFormula& formula : m_added) add_names(formula);
-    if (m_condition) add_names(*m_condition);
+    for (const Condition& condition : m_conditions) add_names(condition.formula);
     refuse_unused(m_given, used);
 }
 
@@ -94,12 +94,12 @@ void Table::check_kinds() const {
     }
 }
 
-void Table::bind_condition() {
-    const std::vector<std::string> names = m_condition->names();
-    m_condition_comes_last = std::ranges::any_of(names, [this](const std::string& name) {
+void Table::bind(Condition& condition) {
+    const std::vector<std::string> names = condition.formula.names();
+    condition.comes_last = std::ranges::any_of(names, [this](const std::string& name) {
         return !is_given(name) && !m_file_columns.find(name);
     });
-    bind(*m_condition, m_condition_comes_last ? m_columns : m_file_columns);
+    bind(condition.formula, condition.comes_last ? m_columns : m_file_columns);
 }
 
 void Table::warn() const {
@@ -111,7 +111,7 @@ void Table::warn() const {
             print_warnings(formula.formula(), kinds, style, formula.shown_title()) && all_well;
     };
     for (const TableFormula& formula : m_added) warn_of(formula);
-    if (m_condition) warn_of(*m_condition);
+    for (const Condition& condition : m_conditions) warn_of(condition.formula);
     if (!all_well) throw Problem(say("with --strict a warning is a failure"));
 }
 

@@ -10,7 +10,7 @@ complete -c morandel -n '__fish_use_subcommand' -a help -d 'show this help, or t
 complete -c morandel -n '__fish_use_subcommand' -a completion -d 'print what a shell needs to complete the command'
 complete -c morandel -n '__fish_seen_subcommand_from calc' -l get -x -d 'print the value of this name alone; as often as wanted'
 complete -c morandel -n '__fish_seen_subcommand_from each' -l add -x -d 'add a column, or replace the one of that name; as often as wanted'
-complete -c morandel -n '__fish_seen_subcommand_from each' -l where -x -d 'keep only the rows for which the formula is not 0'
+complete -c morandel -n '__fish_seen_subcommand_from each' -l where -x -d 'keep only the rows for which the formula is not 0; of several, none may be 0'
 complete -c morandel -n '__fish_seen_subcommand_from each' -l select -x -d 'write only these columns, in this order'
 complete -c morandel -n '__fish_seen_subcommand_from each' -l output -s o -r -d 'write this file; it is whole or not there'
 complete -c morandel -n '__fish_seen_subcommand_from each' -l delimiter -x -d 'between fields, such as '\'';'\'' or tab; a tab by itself for files named .tsv or .tab'

@@ -72,7 +72,7 @@ _morandel() {
         each)
             _arguments -s \
                 '*--add[add a column, or replace the one of that name; as often as wanted]:'\''COLUMN = FORMULA'\'':' \
-                '--where[keep only the rows for which the formula is not 0]:FORMULA:' \
+                '*--where[keep only the rows for which the formula is not 0; of several, none may be 0]:FORMULA:' \
                 '*--select[write only these columns, in this order]:COLUMN,...:' \
                 '--output[write this file; it is whole or not there]:FILE:_files' \
                 '--delimiter[between fields, such as '\'';'\'' or tab; a tab by itself for files named .tsv or .tab]:CHARACTER:' \
