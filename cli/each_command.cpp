@@ -26,7 +26,9 @@ char delimiter_of(const std::string& asked, const std::string& file) {
     }
     if (asked == "tab" || asked == "\\t") return '\t';
     constexpr std::string_view impossible{"\"\r\n", 3};
-    if (asked.size() != 1 || impossible.find(asked) != std::string_view::npos) {
+    const bool is_possible = asked.size() == 1 && static_cast<unsigned char>(asked[0]) < 0x80 &&
+                             impossible.find(asked) == std::string_view::npos;
+    if (!is_possible) {
         throw UsageError(say("--delimiter takes one character or tab, not '{0}'", asked));
     }
     return asked.front();

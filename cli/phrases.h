@@ -151,6 +151,7 @@ inline constexpr Phrase phrases[] = {
     {"each needs --add, --where or --select; see morandel help each", "each 需要 --add、--where 或 --select；见 morandel help each"},
     {"--delimiter takes one character or tab, not '{0}'", "--delimiter 的值是一个字符或 tab，不是“{0}”"},
     {"--decimals takes 0 to 15, not '{0}'", "--decimals 的值是 0 到 15，不是“{0}”"},
+    {"{0} takes UTF-8", "{0} 的值应为 UTF-8"},
     {"cannot write {0}", "无法写入 {0}"},
     {"the file cannot be read to its end", "未能把文件读到末尾"},
 

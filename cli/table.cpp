@@ -31,6 +31,7 @@ TableFormula read_added(const std::string& text) {
     if (equals == std::string::npos || title.empty()) {
         throw UsageError(say("expected --add 'column = formula', got '{0}'", text));
     }
+    if (!is_utf8(title)) throw UsageError(say("{0} takes UTF-8", "--add"));
     return {std::string(title), std::string(trim(whole.substr(equals + 1)))};
 }
 
