@@ -1,6 +1,8 @@
 #include "cli/arguments.h"
 
 #include <algorithm>
+#include <span>
+#include <string_view>
 
 #include "cli/encoding_name.h"
 #include "cli/messages.h"
@@ -48,14 +50,23 @@ std::string read_choice(const Option& option, std::string_view value) {
                          Message{std::string(english), std::string(chinese)}));
 }
 
-// -oFILE, behind a verb that takes it: before or without one it could be a formula.
-const Option* attached_option(const std::vector<std::string>& operands, std::string_view argument) {
-    if (operands.empty() || operands.front() == "eval") return nullptr;
-    if (find_verb(operands.front()) == nullptr) return nullptr;
+// The first operand; empty where there is none.
+std::string_view first_operand(std::span<const std::string> arguments) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const Option* option = find_option(arguments[i]);
+        if (option != nullptr && !option->is_flag()) ++i;
+        if (option == nullptr && !arguments[i].starts_with('-')) return arguments[i];
+    }
+    return {};
+}
+
+// -oFILE, beside a verb that takes it: without one it could be a formula.
+const Option* attached_option(std::string_view verb, std::string_view argument) {
+    if (verb == "eval" || find_verb(verb) == nullptr) return nullptr;
     const Option* option = find_option(argument.substr(0, 2));
     const bool is_attached = option != nullptr && !option->is_flag() && argument.size() > 2 &&
                              argument.starts_with(option->short_name) &&
-                             !option->short_name.empty() && option->is_for(operands.front());
+                             !option->short_name.empty() && option->is_for(verb);
     return is_attached ? option : nullptr;
 }
 
@@ -136,7 +147,10 @@ Arguments read_arguments(const std::vector<std::string>& arguments) {
         const Option* option = only_operands ? nullptr : find_option(name);
         if (option != nullptr && has_value && !name.starts_with("--")) option = nullptr;
         if (option == nullptr && !only_operands) {
-            option = attached_option(read.request.operands, argument);
+            const auto& operands = read.request.operands;
+            const auto later = std::span(arguments).subspan(i + 1);
+            option = attached_option(operands.empty() ? first_operand(later) : operands.front(),
+                                     argument);
             if (option != nullptr) {
                 used.push_back(option);
                 set(read.request, *option, argument.substr(option->short_name.size()));
