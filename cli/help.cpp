@@ -97,17 +97,16 @@ std::string help_text(const Verb& verb) {
 }
 
 int help_command(const Request& request) {
-    if (request.man) {
-        print_text(manual_page());
-        return 0;
-    }
     if (request.operands.empty()) {
-        print_text(help_text());
+        print_text(request.man ? manual_page() : help_text());
         return 0;
     }
     const Verb* verb = find_verb(request.operands.front());
     if (verb == nullptr)
         throw UsageError(say("no verb '{0}'; morandel help lists them", request.operands.front()));
+    if (request.man) {
+        throw UsageError(say("the manual page is one for all verbs; leave out '{0}'", verb->name));
+    }
     print_text(help_text(*verb));
     return 0;
 }
