@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace morandel::cli {
@@ -42,6 +43,8 @@ int calc_command(const Request& request);
 int each_command(const Request& request);
 int functions_command(const Request& request);
 int errors_command(const Request& request);
+// The same under the name that it has where it is asked for.
+int show_errors(const Request& request, std::string_view name);
 int help_command(const Request& request);
 int completion_command(const Request& request);
 

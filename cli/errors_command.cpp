@@ -61,22 +61,24 @@ void print_error(const ErrorHelp& help) {
     if (!help.better.empty()) print_example(help.better);
 }
 
-const ErrorHelp& error_of(std::string_view text) {
+const ErrorHelp& error_of(std::string_view text, std::string_view list) {
     int number = -1;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
     const ErrorHelp* help = read.ec == std::errc() && read.ptr == text.data() + text.size()
                                 ? find_error_help(number)
                                 : nullptr;
     if (help == nullptr)
-        throw UsageError(say("there is no error '{0}'; morandel errors lists them", text));
+        throw UsageError(say("there is no error '{0}'; {1} lists them", text, list));
     return *help;
 }
 
 }  // namespace
 
-int errors_command(const Request& request) {
+int errors_command(const Request& request) { return show_errors(request, "morandel errors"); }
+
+int show_errors(const Request& request, std::string_view name) {
     if (!request.operands.empty()) {
-        const ErrorHelp& help = error_of(request.operands.front());
+        const ErrorHelp& help = error_of(request.operands.front(), name);
         if (request.json) {
             print_line(error_json(help));
         } else {

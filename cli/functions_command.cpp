@@ -9,6 +9,7 @@
 #include "cli/function_help.h"
 #include "cli/functions.h"
 #include "cli/help.h"
+#include "cli/lines.h"
 #include "cli/output.h"
 #include "cli/picture.h"
 #include "cli/syntax.h"
@@ -40,6 +41,10 @@ void list_functions(bool json) {
 
 void print_function(const std::string& name, bool json) {
     const Function* function = find_function(name);
+    if (trim(name).empty()) {
+        throw UsageError(
+            say("{0} needs {1}; see morandel help {0}", "functions", say("a function's name")));
+    }
     if (function == nullptr) throw UsageError(no_such_function(to_gbk(name)));
     const Outcome example = Evaluator().evaluate(function->example);
     if (json) {

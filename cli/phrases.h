@@ -163,6 +163,7 @@ inline constexpr Phrase phrases[] = {
     {"no verb '{0}'; did you mean {1}?", "没有子命令“{0}”；是不是 {1}？"},
     {"no verb '{0}'; morandel help lists them", "没有子命令“{0}”；morandel help 会列出全部"},
     {"the manual page is one for all verbs; leave out '{0}'", "手册页由所有子命令共用；请去掉“{0}”"},
+    {"a function's name", "函数名"},
     {"{0} needs {1}; see morandel help {0}", "{0} 需要{1}；见 morandel help {0}"},
     {"{0} has no use for '{1}'; see morandel help {0}", "{0} 用不上“{1}”；见 morandel help {0}"},
     {"{0} does not take {1}; see morandel help {0}", "{0} 没有选项 {1}；见 morandel help {0}"},
@@ -217,7 +218,7 @@ inline constexpr Phrase phrases[] = {
     {"error {0}: {1}", "错误 {0}：{1}"},
     {"No formula raises it.", "没有公式会产生它。"},
     {"the way out:", "解决办法："},
-    {"there is no error '{0}'; morandel errors lists them", "没有错误“{0}”；morandel errors 会列出全部"},
+    {"there is no error '{0}'; {1} lists them", "没有错误“{0}”；{1} 会列出全部"},
 };
 // clang-format on
 

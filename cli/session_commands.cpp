@@ -116,7 +116,7 @@ bool Session::show_error(std::string_view number) {
     Request request;
     request.json = m_style.json;
     if (!number.empty()) request.operands.emplace_back(number);
-    return errors_command(request) == 0;
+    return show_errors(request, ":errors") == 0;
 }
 
 bool Session::load(std::string_view file) {
