@@ -32,6 +32,11 @@ bool Definitions::unset(const std::string& name) {
     return true;
 }
 
+bool Definitions::uses(std::size_t place, const std::string& name) const {
+    const std::vector<std::string>& needs = m_items[place].needs;
+    return std::ranges::find(needs, name) != needs.end();
+}
+
 std::vector<Variable> Definitions::values_for(std::string_view formula) {
     std::vector<std::string> names;
     std::vector<Variable> values;

@@ -39,6 +39,9 @@ class Definitions {
         return m_items[place].definition;
     }
 
+    // Whether the formula of a name uses another.
+    [[nodiscard]] bool uses(std::size_t place, const std::string& name) const;
+
     // The value of a name by its place, computed with all that it needs.
     Outcome value(std::size_t place);
     // The given and computed values of the names that a formula uses; those that fail are left out.

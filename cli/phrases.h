@@ -178,6 +178,7 @@ inline constexpr Phrase phrases[] = {
     {"no command ':{0}'; did you mean :{1}?", "没有命令“:{0}”；是不是 :{1}？"},
     {":{0} needs {1}", ":{0} 需要{1}"},
     {":{0} stands alone", ":{0} 后面不能有别的内容"},
+    {"{0} uses ans, which is not saved", "{0} 用到 ans，而 ans 不保存"},
     {"{0} cannot be saved: its text has a quote or a line end", "{0} 无法保存：它的字符串中有引号或换行"},
     {"Morandel {0}: type a formula; :help helps, :quit ends", "Morandel {0}：输入公式；:help 显示帮助，:quit 结束"},
     {"FORMULA", "公式"},

@@ -143,7 +143,15 @@ bool Session::save(std::string_view file) {
     std::ofstream out(to_path(file), std::ios::binary);
     out << text;
     out.close();
-    return out ? true : fail(cannot_write(file));
+    if (!out) return fail(cannot_write(file));
+    for (std::size_t place = 0; place < m_definitions.size() && !m_style.quiet; ++place) {
+        if (!m_definitions.uses(place, "ans")) continue;
+        const std::string name = to_utf8(m_definitions[place].name);
+        print_note(Paint::warning,
+                   "morandel:", say("warning: {0}", say("{0} uses ans, which is not saved", name)),
+                   {});
+    }
+    return true;
 }
 
 bool Session::unset(std::string_view name) {
