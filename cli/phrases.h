@@ -105,6 +105,7 @@ inline constexpr Phrase phrases[] = {
     {"there is no such file or folder", "没有这个文件或文件夹"},
     {"no permission", "没有权限"},
     {"it is a folder", "这是文件夹"},
+    {"it is no regular file", "这不是普通文件"},
     {"the disk is full", "磁盘已满"},
     {"cannot read {0}", "无法读取 {0}"},
     {"a file is needed, or input from a pipe", "需要一个文件，或来自管道的输入"},

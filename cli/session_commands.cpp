@@ -120,8 +120,13 @@ bool Session::show_error(std::string_view number) {
 }
 
 bool Session::load(std::string_view file) {
-    if (std::filesystem::is_directory(to_path(file))) return fail(cannot_read(file, EISDIR));
-    std::ifstream in(to_path(file), std::ios::binary);
+    const std::filesystem::path path = to_path(file);
+    if (std::filesystem::is_directory(path)) return fail(cannot_read(file, EISDIR));
+    // A pipe may never end, and no key ends the waiting.
+    if (std::filesystem::exists(path) && !std::filesystem::is_regular_file(path)) {
+        return fail(say("{0}: {1}", cannot_read(file, 0), say("it is no regular file")));
+    }
+    std::ifstream in(path, std::ios::binary);
     if (!in) return fail(cannot_read(file));
     const std::string name(file);
     return read_definitions(in, m_definitions, Faults({name, name}, m_style.json), false,
