@@ -69,6 +69,7 @@ class Definitions {
     std::vector<Item> m_items;
     std::unordered_map<std::string, std::size_t> m_places;
     bool m_any_settled = false;
+    std::size_t m_compared = 0;  // names, for suggestions
     Evaluator m_evaluator;
 };
 
