@@ -5,6 +5,17 @@
 namespace morandel::cli {
 namespace {
 
+// By the first byte of its UTF-8.
+bool is_chinese(char first) {
+    return static_cast<unsigned char>(first) >= 0xE4 && static_cast<unsigned char>(first) <= 0xE9;
+}
+
+bool ends_chinese(std::string_view text) {
+    constexpr std::size_t size = 3;
+    return text.size() >= size && is_chinese(text[text.size() - size]);
+}
+
+// No blank stands between two words of Chinese where both are the command's own.
 std::string fill_one(std::string_view sentence, std::span<const Filling> fillings,
                      const std::string& (Filling::*text)() const) {
     std::string filled;
@@ -15,12 +26,19 @@ std::string fill_one(std::string_view sentence, std::span<const Filling> filling
             filled += sentence[i];
             continue;
         }
-        const std::string& filling =
-            (fillings[static_cast<std::size_t>(sentence[i + 1] - '0')].*text)();
+        const Filling& all = fillings[static_cast<std::size_t>(sentence[i + 1] - '0')];
+        const std::string& filling = (all.*text)();
         i += 2;
         const std::string_view rest = sentence.substr(i + 1);
         const bool is_quoted = rest.starts_with('\'') || rest.starts_with("”");
+        const bool is_own = all.english() != all.chinese();
+        const bool follows_chinese =
+            filled.ends_with(' ') &&
+            ends_chinese(std::string_view(filled).substr(0, filled.size() - 1));
+        if (is_own && follows_chinese && is_chinese(filling[0])) filled.pop_back();
         filled += is_quoted ? shortened(filling) : filling;
+        const bool is_before_chinese = rest.size() > 1 && rest[0] == ' ' && is_chinese(rest[1]);
+        if (is_own && is_before_chinese && ends_chinese(filling)) ++i;
     }
     return filled;
 }

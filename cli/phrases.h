@@ -165,7 +165,7 @@ inline constexpr Phrase phrases[] = {
     {"no verb '{0}'; morandel help lists them", "没有子命令“{0}”；morandel help 会列出全部"},
     {"the manual page is one for all verbs; leave out '{0}'", "手册页由所有子命令共用；请去掉“{0}”"},
     {"a function's name", "函数名"},
-    {"{0} needs {1}; see morandel help {0}", "{0} 需要{1}；见 morandel help {0}"},
+    {"{0} needs {1}; see morandel help {0}", "{0} 需要 {1}；见 morandel help {0}"},
     {"{0} has no use for '{1}'; see morandel help {0}", "{0} 用不上“{1}”；见 morandel help {0}"},
     {"{0} does not take {1}; see morandel help {0}", "{0} 没有选项 {1}；见 morandel help {0}"},
     {"{0} takes no value", "{0} 不带值"},
@@ -177,7 +177,7 @@ inline constexpr Phrase phrases[] = {
     {"no command ':{0}'; :help lists them", "没有命令“:{0}”；:help 会列出全部"},
 
     {"no command ':{0}'; did you mean :{1}?", "没有命令“:{0}”；是不是 :{1}？"},
-    {":{0} needs {1}", ":{0} 需要{1}"},
+    {":{0} needs {1}", ":{0} 需要 {1}"},
     {":{0} stands alone", ":{0} 后面不能有别的内容"},
     {"{0} uses ans, which is not saved", "{0} 用到 ans，而 ans 不保存"},
     {"{0} cannot be saved: its text has a quote or a line end", "{0} 无法保存：它的字符串中有引号或换行"},
