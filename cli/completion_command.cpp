@@ -38,6 +38,14 @@ std::vector<std::string> option_names(std::string_view verb) {
     return names;
 }
 
+std::vector<std::string> common_options_with_values() {
+    std::vector<std::string> names;
+    for (const Option& option : options()) {
+        if (option.verbs.empty() && !option.is_flag()) names.emplace_back(option.name);
+    }
+    return names;
+}
+
 std::string function_names() {
     std::vector<std::string> names;
     for (const Function& function : functions()) names.emplace_back(function.name);
@@ -56,11 +64,22 @@ std::string bash_script() {
     script +=
         "bash\n_morandel() {\n"
         "    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}\n"
-        "    local verb='' word words\n"
+        "    [[ $previous == = ]] && previous=${COMP_WORDS[COMP_CWORD-2]}\n"
+        "    [[ $current == = ]] && current=''\n"
+        "    local verb='' operand='' before='' word words\n"
         "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+        "        [[ $word == = ]] && continue\n"
+        "        case $before in " +
+        join(common_options_with_values(), "|") +
+        ") before=''; continue ;; esac\n"
+        "        before=$word\n"
+        "        if [[ -n $verb ]]; then\n"
+        "            [[ $word == -* ]] || operand=$word\n"
+        "            continue\n"
+        "        fi\n"
         "        case $word in\n            " +
         join(verb_names(), "|") +
-        ") verb=$word; break ;;\n        esac\n    done\n    case $previous in\n";
+        ") verb=$word ;;\n        esac\n    done\n    case $previous in\n";
     for (const Option& option : options()) {
         if (option.is_flag()) continue;
         const std::vector<std::string> choices = choices_of(option.value);
@@ -77,7 +96,8 @@ std::string bash_script() {
     }
     script += "        *) words='" + join(option_names("eval"), " ") +
               "' ;;\n    esac\n"
-              "    if [[ $current != -* ]]; then\n        case $verb in\n"
+              "    if [[ $current != -* ]]; then\n        [[ -n $operand ]] && return\n"
+              "        case $verb in\n"
               "            '') words='" +
               join(verb_names(), " ") + "' ;;\n            functions) words='" + function_names() +
               "' ;;\n            help) words='" + join(verb_names(), " ") +
@@ -140,9 +160,17 @@ std::string zsh_script() {
     return script + "    esac\n}\n_morandel \"$@\"\n";
 }
 
+// One operand at most, beside no other verb.
+std::string fish_operands(std::string_view verb, const std::string& words) {
+    std::vector<std::string> others = verb_names();
+    std::erase(others, verb);
+    return "complete -c morandel -f -n '__fish_seen_subcommand_from " + std::string(verb) +
+           "; and not __fish_seen_subcommand_from " + join(others, " ") +
+           (verb == "help" ? "" : " " + words) + "' -a '" + words + "'\n";
+}
+
 std::string fish_script() {
     std::string script = std::string(header) + "fish\n";
-    const std::string names = join(verb_names(), " ");
     for (const Verb& verb : verbs()) {
         script += "complete -c morandel -n '__fish_use_subcommand' -a " + std::string(verb.name) +
                   " -d " + quoted(verb.summary.english) + '\n';
@@ -161,13 +189,9 @@ std::string fish_script() {
         }
         script += " -d " + quoted(option.help.english) + '\n';
     }
-    script += "complete -c morandel -f -n '__fish_seen_subcommand_from functions' -a '" +
-              function_names() + "'\n";
-    script += "complete -c morandel -f -n '__fish_seen_subcommand_from help' -a '" + names + "'\n";
-    script +=
-        "complete -c morandel -f -n '__fish_seen_subcommand_from completion' -a 'bash zsh "
-        "fish'\n";
-    return script;
+    return script + fish_operands("functions", function_names()) +
+           fish_operands("help", join(verb_names(), " ")) +
+           fish_operands("completion", "bash zsh fish");
 }
 
 }  // namespace

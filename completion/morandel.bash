@@ -1,10 +1,19 @@
 # Made by: morandel completion bash
 _morandel() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
-    local verb='' word words
+    [[ $previous == = ]] && previous=${COMP_WORDS[COMP_CWORD-2]}
+    [[ $current == = ]] && current=''
+    local verb='' operand='' before='' word words
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        [[ $word == = ]] && continue
+        case $before in --lang|--color) before=''; continue ;; esac
+        before=$word
+        if [[ -n $verb ]]; then
+            [[ $word == -* ]] || operand=$word
+            continue
+        fi
         case $word in
-            eval|vars|check|calc|each|functions|errors|help|completion) verb=$word; break ;;
+            eval|vars|check|calc|each|functions|errors|help|completion) verb=$word ;;
         esac
     done
     case $previous in
@@ -37,6 +46,7 @@ _morandel() {
         *) words='--file -f --decimals --plain --json --quiet -q --strict --lang --color --help -h --version -V' ;;
     esac
     if [[ $current != -* ]]; then
+        [[ -n $operand ]] && return
         case $verb in
             '') words='eval vars check calc each functions errors help completion' ;;
             functions) words='sin cos tan ctan sqrt arcsin arccos arctan arcctan ln log int deci preci mod strcase strlen strsub strtrim strcat strtrims strmismatch strfind strreplace strdelete strinsert r2s s2r strsubn left right strfindn not if' ;;
