@@ -286,6 +286,11 @@ test("variables: numbers and blanks are the command's", async () => {
     const shown = await browser.run(`return [...document.querySelectorAll("#variables tr")].map((row) =>
         row.querySelector("th").textContent + " = " + row.lastChild.textContent)`);
     assert.deepEqual(shown, commandOf("a.calc", definitions).lines);
+    for (const name of ["中國", "單", "a😀"]) {
+        await openWith(["definitions", `${name} = 1`]);
+        assert.deepEqual(await browser.run(texts("#variables .problem")), [`no name to define: '${name}'`]);
+        assert.ok(!commandOf("a.calc", `${name} = 1`).isWell);
+    }
     for (const line of ["a = 1\u3000", "a = 1\v# x", "a =\u00a01", "a = 1\u2003", "\u3000"]) {
         await openWith(["definitions", line]);
         const [fault] = await browser.run(texts("#variables .problem"));
@@ -329,6 +334,8 @@ test("tables: columns are found and replaced as the command does", async () => {
         ["a b,a-b\n1,2\n", "a_b=1"],
         ["x,y,x\n1,2,3\n", "z=x"],
         ["v\n1\u3000\n", "z=v"],
+        ["area m²,a😀c\n3,1\n", "y=area_m_ * 2 + a_c"],
+        ["國家,价\n1,2\n", "x=_家 * 价"],
     ];
     for (const [csv, ...additions] of tables) {
         await openWith(["csv", csv], ...additions.map((text) => ["column", text]));

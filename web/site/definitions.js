@@ -2,21 +2,10 @@
 // order.
 
 import { readGivenValue, trim } from "./numbers.js";
-import { namesOf, prepare, tellFreeName } from "./study.js";
+import { isPlainName, namesOf, prepare, tellFreeName } from "./study.js";
 import { messageOf, say } from "./words.js";
 
 const mostValues = 50;
-
-// What a formula reads as one name, and nothing else.
-function isPlainName(engine, text) {
-    try {
-        const names = namesOf(engine, text);
-        return names.length === 1 && names[0].name === text;
-    } catch (error) {
-        if (!(error instanceof engine.FormulaError)) throw error;
-        return false;
-    }
-}
 
 // Up to a "#" that begins a line or follows a blank, and does not stand in a text.
 function withoutComment(line) {

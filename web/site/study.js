@@ -28,6 +28,18 @@ export function namesOf(engine, text) {
     return names;
 }
 
+// What a formula reads as one name, and nothing else. Some characters make the engine take what
+// follows into a name, so something follows.
+export function isPlainName(engine, text) {
+    try {
+        const names = namesOf(engine, `${text}+1`);
+        return names.length === 1 && names[0].name === text;
+    } catch (error) {
+        if (!(error instanceof engine.FormulaError)) throw error;
+        return false;
+    }
+}
+
 // A formula for those of the names that have a value, and a list of these; the others are free.
 export function prepare(engine, text, names, values) {
     const given = names.filter((name) => values.has(name));

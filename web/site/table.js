@@ -1,14 +1,15 @@
 // Computed columns of a table, by the types that their formulas ask for.
 
 import { formatNumber, readNumber, trim } from "./numbers.js";
-import { namesOf } from "./study.js";
+import { isPlainName, namesOf } from "./study.js";
 import { messageOf, say } from "./words.js";
 
 const reserved = new Set(["pi", "exp", "like", "equal", "and", "or"]);
 
 // A title as a formula names it: "_" for what no name has, and its place where it is empty.
-function nameOfTitle(taken, title, place) {
-    const name = trim(title).replace(/[^A-Za-z0-9\u0080-\uffff]/g, "_");
+function nameOfTitle(engine, taken, title, place) {
+    const isOfNames = (c) => /[A-Za-z0-9]/.test(c) || (c > "\u007f" && isPlainName(engine, c));
+    const name = Array.from(trim(title), (c) => (isOfNames(c) ? c : "_")).join("");
     if (name === "") return `c${place}`;
     return /^\d/.test(name) || taken.has(name.toLowerCase()) ? `_${name}` : name;
 }
@@ -119,12 +120,12 @@ export function computeTable(engine, { titles, rows }, additions) {
     const taken = new Set([...reserved, ...engine.functions().map(({ name }) => name)]);
     const columns = titles.map((title, index) => ({
         title,
-        name: nameOfTitle(taken, title, index + 1),
+        name: nameOfTitle(engine, taken, title, index + 1),
         cells: rows.map((row) => ({ text: row[index] })),
     }));
     for (const { title, formula } of additions) {
         const made = computeColumn(engine, columns, title, formula, rows.length);
-        columns.push({ title, name: nameOfTitle(taken, title, columns.length + 1), isComputed: true, ...made });
+        columns.push({ title, name: nameOfTitle(engine, taken, title, columns.length + 1), isComputed: true, ...made });
     }
     return columns;
 }
