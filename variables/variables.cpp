@@ -130,7 +130,7 @@ int CVariableExpressList::AppendString(int type, const char* name, const char* s
 
 int CVariableExpressList::Free() {
     if (m_pRecords.use_count() == 1) {
-        // To ask does not wait for what another thread did with them before it let go; to let go does.
+        // To ask is not to wait for what another thread did before it let go; to let go is.
         std::shared_ptr(m_pRecords).reset();
         m_pRecords->clear();
     } else {
