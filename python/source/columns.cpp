@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "source/objects.h"
 #include "source/texts.h"
 
 namespace morandel::python {

@@ -12,6 +12,7 @@
 #include <morandel/formula.hpp>
 
 #include "source/columns.h"
+#include "source/objects.h"
 #include "source/texts.h"
 #include "source/values.h"
 

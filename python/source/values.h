@@ -16,9 +16,6 @@ namespace morandel::python {
 
 namespace py = pybind11;
 
-// Throws KeyboardInterrupt where one came.
-void end_if_interrupted();
-
 // Of one name for all rows: a float, a str, a double array of any stride, an object array of
 // texts, or a pair of codes and the texts that they stand for.
 class Source {
@@ -63,22 +60,5 @@ class Source {
     std::size_t m_rows = 0;
     std::vector<std::string> m_categories;
 };
-
-// None, NaN, and what pandas has for it.
-bool is_missing(PyObject* object);
-
-// A number of any kind as a double. Throws TypeError for something else, ValueError where it is too
-// large.
-double number_of(const py::object& object);
-
-// Numbers of all kinds and missing values, as doubles. Throws TypeError with the row where there is
-// something else, ValueError where a number is too large.
-py::array_t<double> numbers_of(const py::array& objects);
-
-// Throws TypeError with the row where there is something else than texts and missing values.
-void check_texts(const py::array& objects);
-
-// The rows for which the one or the other would throw.
-std::vector<std::size_t> wrong_rows(const py::array& objects, bool wants_text);
 
 }  // namespace morandel::python
