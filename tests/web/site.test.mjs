@@ -146,7 +146,9 @@ test("a page's formula follows what is typed, and shows what is wrong", async ()
     assert.ok(mark);
     assert.equal(await browser.run(`return document.querySelector("${field} textarea").ariaInvalid`), "true");
     // A value that is given changes the formulas below it.
-    await browser.type(".given input", "3");
+    await browser.run(`[...document.querySelectorAll(".given")]
+        .find((node) => node.querySelector("label").textContent === "Rate").id = "rate"`);
+    await browser.type("#rate input", "3");
     await browser.until(`return document.body.textContent.includes("9.42477796076938")`);
 });
 
